@@ -1,0 +1,56 @@
+// Character classes and case by the ASCII rules alone, for narrow and wide characters, whatever the locale: the one
+// place that says what a space, a letter or a digit is. Safe for every value, negative `char` included.
+#pragma once
+
+template <typename Char>
+constexpr bool BuIsSpace(Char c) noexcept  // blank \t \n \v \f \r
+{
+    return c == Char(' ') || (c >= Char('\t') && c <= Char('\r'));
+}
+
+template <typename Char>
+constexpr bool BuIsDigit(Char c) noexcept
+{
+    return c >= Char('0') && c <= Char('9');
+}
+
+template <typename Char>
+constexpr bool BuIsUpper(Char c) noexcept
+{
+    return c >= Char('A') && c <= Char('Z');
+}
+
+template <typename Char>
+constexpr bool BuIsLower(Char c) noexcept
+{
+    return c >= Char('a') && c <= Char('z');
+}
+
+template <typename Char>
+constexpr bool BuIsLetter(Char c) noexcept
+{
+    return BuIsUpper(c) || BuIsLower(c);
+}
+
+template <typename Char>
+constexpr Char BuToLower(Char c) noexcept
+{
+    return BuIsUpper(c) ? static_cast<Char>(c + ('a' - 'A')) : c;
+}
+
+template <typename Char>
+constexpr Char BuToUpper(Char c) noexcept
+{
+    return BuIsLower(c) ? static_cast<Char>(c - ('a' - 'A')) : c;
+}
+
+// Compares two texts that end with 0, ASCII letters without case: below, at or above 0. Neither may be null.
+template <typename Char>
+constexpr int BuCompareNoCase(const Char* left, const Char* right) noexcept
+{
+    for (; *left != 0 && BuToLower(*left) == BuToLower(*right); ++left, ++right) {
+    }
+    const Char l = BuToLower(*left);
+    const Char r = BuToLower(*right);
+    return l < r ? -1 : (l > r ? 1 : 0);
+}

@@ -1,0 +1,40 @@
+// A moment of calendar time, to the second.
+#pragma once
+
+#include <basutl/Export.h>
+
+#include <cstdint>
+
+// Gives the current time in seconds since 1970-01-01 UTC.
+using BuTimeSource = std::int64_t (*)();
+
+// The clock of BuDate. Null brings the system's clock back. For tests; not locked.
+BASUTL_API void BuSetTimeSource(BuTimeSource source) noexcept;
+
+class BASUTL_API BuDate
+{
+public:
+    BuDate() noexcept = default;  // 1970-01-01 00:00:00 UTC
+    explicit BuDate(std::int64_t seconds) noexcept : m_seconds(seconds) {}
+
+    static BuDate getCurrentDate() noexcept;
+
+    std::int64_t GetSeconds() const noexcept { return m_seconds; }
+
+    // Calendar fields in the local time zone; all 0 when the time has none.
+    struct Fields
+    {
+        int year = 0, month = 0, day = 0;  // month and day from 1
+        int hour = 0, minute = 0, second = 0;
+    };
+    Fields GetLocalFields() const noexcept;
+
+    // Seconds from `earlier` to `later`.
+    static double Difference(const BuDate& later, const BuDate& earlier) noexcept
+    {
+        return static_cast<double>(later.m_seconds - earlier.m_seconds);
+    }
+
+private:
+    std::int64_t m_seconds = 0;
+};

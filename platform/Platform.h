@@ -1,0 +1,193 @@
+// The seam to the operating system: the few calls that differ between Linux and Windows, with one contract for both.
+//
+// Only native calls stand below this line; policy (retries, messages, defaults, naming rules) stands above it. posix/
+// and windows/ implement it, the build chooses. It is compiled into both libraries and exported by neither.
+//
+// Rules for all of it:
+//  - Text is wide. A path may use '/' or '\' on both systems: on Linux a path that does not exist as given is tried
+//  again
+//    with every '\' turned into '/'. Paths are not limited in length.
+//  - A function marked noexcept answers exhausted memory with its failure value. Functions that return text may throw
+//    std::bad_alloc; their callers stand behind the edge of a library and turn it into the documented result.
+//  - Nothing is printed, nothing is cached, no locale is asked, and every function may be called from any thread.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+// ---- Text ----------------------------------------------------------------------------------------------------------
+
+// Narrow text of the system to wide text and back. Linux: UTF-8 whatever the locale; a byte b that is not part of valid
+// UTF-8 becomes the lone unit 0xDC00 + b and turns back into b; any other lone surrogate is written in the three-byte
+// form and read back from it, so that narrow to wide to narrow loses nothing. Windows: the active code page.
+std::wstring Widen(std::string_view narrow);
+std::string Narrow(std::wstring_view wide);
+
+// ---- Environment and process ---------------------------------------------------------------------------------------
+
+// The value of an environment variable as it is now; nothing when it is not set. A set but empty variable exists on
+// Linux only (Windows removes a variable that is set to nothing).
+std::optional<std::wstring> EnvironmentValue(const wchar_t* name);
+
+// Sets a variable of this process and of the programs that it starts; nothing removes it. False on failure.
+bool SetEnvironmentValue(const wchar_t* name, const std::optional<std::wstring>& value) noexcept;
+
+unsigned int ProcessId() noexcept;
+
+// Runs a command line through the system's shell and waits. Gives its exit status, -1 when no shell could be started.
+// On Linux a command ended by signal n gives 128 + n.
+int RunCommand(const wchar_t* command) noexcept;
+
+// What RunProgram does with the streams of the program that it starts.
+struct ProgramStreams
+{
+    const wchar_t* inputFile = nullptr;   // read as standard input; null: an empty input
+    const wchar_t* outputFile = nullptr;  // replaced by standard output; null: shared with this process
+    const wchar_t* errorFile = nullptr;   // replaced by standard error; null: shared with this process
+};
+
+// Starts a program without a shell and waits: arguments[0] is searched along PATH unless it holds a separator, and
+// every argument arrives as it is, blanks and quotes included. Gives the exit status as RunCommand does, -1 when the
+// program could not be started or a stream could not be opened.
+int RunProgram(const std::vector<std::wstring>& arguments, const ProgramStreams& streams = {}) noexcept;
+
+// ---- Files ---------------------------------------------------------------------------------------------------------
+
+// fopen of a wide path. A directory is a failed open on both systems. Null with errno set on failure.
+std::FILE* OpenFile(const wchar_t* path, const wchar_t* mode) noexcept;
+
+// Whether the file exists (mode 0) and may be written (2), read (4) or both (6). 0, or -1 with errno set; any other
+// mode gives -1 with EINVAL.
+int Access(const wchar_t* path, int mode) noexcept;
+
+enum class FileKind : std::uint8_t
+{
+    Regular,
+    Directory,
+    Other
+};
+
+struct FileStatus
+{
+    FileKind kind = FileKind::Other;
+    std::uint64_t size = 0;            // bytes
+    std::int64_t modifiedSeconds = 0;  // since 1970-01-01 UTC
+    std::int32_t modifiedNanoseconds = 0;
+    std::uint64_t device = 0;  // device and file together name a file whatever path led to it
+    std::uint64_t file = 0;
+};
+
+// The status of what the path leads to, links followed. False when there is nothing, or it cannot be asked.
+bool Status(const wchar_t* path, FileStatus& status) noexcept;
+
+// The names in a directory without "." and "..", in the order of the system. False when it cannot be listed; `names` is
+// then empty.
+bool ListDirectory(const wchar_t* directory, std::vector<std::wstring>& names) noexcept;
+
+// Creates one directory; its parent must exist. True also when the directory stands already.
+bool CreateOneDirectory(const wchar_t* directory) noexcept;
+
+// Copies a regular file with its times and permissions. The destination is replaced as a whole: it is either the old
+// file or the complete new one, whatever fails. False when anything failed; nothing half-written stays behind.
+bool CopyOneFile(const wchar_t* source, const wchar_t* destination) noexcept;
+
+// Gives a file or directory another name on the same device, replacing a file of that name. False on failure.
+bool Rename(const wchar_t* from, const wchar_t* to) noexcept;
+
+// Removes one file, or one empty directory; a link is removed, not what it leads to. False when it is still there.
+bool RemoveOneFile(const wchar_t* path) noexcept;
+bool RemoveEmptyDirectory(const wchar_t* directory) noexcept;
+
+// The absolute path without links, "." and ".."; the empty text when there is no such file.
+std::wstring CanonicalPath(const wchar_t* path);
+
+// The working directory, and the system's directory for temporary files: on Linux the first of TMPDIR, TMP, TEMP that
+// is set and not empty, else "/tmp". The temporary directory ends with a separator. Empty on failure.
+std::wstring WorkingDirectory();
+std::wstring TemporaryDirectory();
+
+// The separator that the system itself writes: '/' or '\'.
+wchar_t Separator() noexcept;
+
+// ---- Loaded modules ------------------------------------------------------------------------------------------------
+
+// The file of the module (program or shared library) that holds an address; empty when no module does.
+std::wstring ModuleFile(const void* address);
+
+// Keeps the module that holds an address loaded until the process ends. False when no module holds it.
+bool PinModule(const void* address) noexcept;
+
+// ---- Processors ----------------------------------------------------------------------------------------------------
+
+enum class ProcessorRelation : std::uint32_t
+{
+    Core = 0,
+    Package = 3
+};
+
+// One core or one package with the logical processors that belong to it, one bit each.
+struct ProcessorRecord
+{
+    std::uint64_t processorMask = 0;
+    ProcessorRelation relation = ProcessorRelation::Core;
+    std::uint32_t reserved = 0;
+    std::uint64_t reservedDetail[2] = {};
+};
+static_assert(sizeof(ProcessorRecord) == 32);
+
+// All cores and packages of the machine. On Linux the bits of a mask are numbered within each record; only their count
+// has a meaning. False when the system does not tell; `records` is then empty.
+bool ReadProcessorRecords(std::vector<ProcessorRecord>& records) noexcept;
+
+// The number of logical processors that this process may run on; at least 1.
+unsigned int UsableProcessors() noexcept;
+
+// ---- Call stacks ---------------------------------------------------------------------------------------------------
+
+// Stores the return addresses of the calling thread, innermost first, without the `skip` innermost frames and without
+// this function's own. Gives their number, at most `capacity`. Allocates nothing.
+int CaptureStack(void** addresses, int capacity, int skip) noexcept;
+
+struct ResolvedAddress
+{
+    std::string function;     // demangled; empty when unknown
+    std::uint64_t start = 0;  // address of the function's first byte; 0 when unknown
+    std::string file;         // source file; empty when unknown
+    int line = -1;            // -1 when unknown
+};
+
+// What a code address stands for. Slow: reads debug information. False when not even the function is known.
+bool ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept;
+
+// ---- Clocks, errors, debug output ----------------------------------------------------------------------------------
+
+// Nanoseconds of a clock that never goes back, from an arbitrary start.
+std::int64_t SteadyNanoseconds() noexcept;
+
+// Calendar fields of a time in seconds since 1970-01-01 UTC, in the local time zone.
+struct LocalTime
+{
+    int year, month, day;      // 1 to 12, 1 to 31
+    int hour, minute, second;  // 0 to 23, 0 to 59, 0 to 60
+};
+bool ToLocalTime(std::int64_t seconds, LocalTime& local) noexcept;
+
+// The last error of this thread's native calls (errno; GetLastError), and the system's text for such a code, in English
+// where the system has it, without a line end.
+int LastNativeError() noexcept;
+std::wstring NativeErrorText(int code);
+
+// Shows a text to an attached debugger. Linux has no such channel: nothing happens.
+void WriteDebugOutput(const wchar_t* text) noexcept;
+
+// Whether a standard stream (0 input, 1 output, 2 error) is a terminal.
+bool IsTerminal(int stream) noexcept;
+
+}  // namespace platform

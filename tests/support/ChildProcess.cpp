@@ -1,0 +1,81 @@
+#include "support/ChildProcess.h"
+
+#include "platform/Platform.h"
+#include "support/TestFiles.h"
+
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <stdexcept>
+
+namespace {
+
+constexpr char ScenarioOption[] = "--child-scenario=";
+
+std::map<std::string, ChildScenario>& Scenarios()
+{
+    static std::map<std::string, ChildScenario> scenarios;
+    return scenarios;
+}
+
+// Sets variables of this process, which its children inherit, until the end of the scope.
+class VariableScope
+{
+public:
+    explicit VariableScope(const ChildVariables& variables)
+    {
+        for (const auto& [name, value] : variables) {
+            m_before.emplace_back(name, platform::EnvironmentValue(name.c_str()));
+            platform::SetEnvironmentValue(name.c_str(), value);
+        }
+    }
+    ~VariableScope()
+    {
+        for (const auto& [name, value] : m_before)
+            platform::SetEnvironmentValue(name.c_str(), value);
+    }
+    VariableScope(const VariableScope&) = delete;
+    VariableScope& operator=(const VariableScope&) = delete;
+
+private:
+    ChildVariables m_before;
+};
+
+}  // namespace
+
+bool RegisterChildScenario(const char* name, ChildScenario scenario)
+{
+    return Scenarios().emplace(name, scenario).second;
+}
+
+std::optional<int> RunRequestedScenario(int argumentCount, char** arguments)
+{
+    if (argumentCount < 2 || std::strncmp(arguments[1], ScenarioOption, sizeof ScenarioOption - 1) != 0)
+        return std::nullopt;
+    return Scenarios().at(arguments[1] + sizeof ScenarioOption - 1)();
+}
+
+ChildResult RunChild(const char* scenario, const ChildVariables& variables)
+{
+    if (Scenarios().count(scenario) == 0)
+        throw std::invalid_argument(std::string("no such child scenario: ") + scenario);
+    static const char anchor = 0;
+    return RunAndCapture({platform::ModuleFile(&anchor), platform::Widen(ScenarioOption + std::string(scenario))},
+                         variables);
+}
+
+ChildResult RunAndCapture(const std::vector<std::wstring>& arguments, const ChildVariables& variables,
+                          const std::string& input)
+{
+    const TemporaryFolder folder;
+    const std::wstring inputFile = folder.Write("input", input);
+    const std::wstring outputFile = folder.Path("output");
+    const std::wstring errorFile = folder.Path("errors");
+    const VariableScope scope(variables);
+    platform::ProgramStreams streams;
+    streams.inputFile = inputFile.c_str();
+    streams.outputFile = outputFile.c_str();
+    streams.errorFile = errorFile.c_str();
+    const int exitCode = platform::RunProgram(arguments, streams);
+    return {exitCode, ReadTextFile(outputFile), ReadTextFile(errorFile)};
+}
