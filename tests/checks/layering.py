@@ -38,7 +38,7 @@ MAY_INCLUDE = {
 PUBLIC_HEADERS = {
     "Messages.h": "Diagnostics", "Environment.h": "Diagnostics", "TrackedFile.h": "Diagnostics",
     "Memory.h": "TuvoMemory", "LeakChecker.h": "TuvoMemory", "FixedHeap.h": "VFixedHeap",
-    "Units.h": "VUnitUtil", "Export.h": None, "Types.h": None,
+    "Units.h": "VUnit", "Export.h": None, "Types.h": None,
 }
 
 SYSTEM_CONDITIONAL = re.compile(r"^\s*#\s*(?:el)?if.*(_WIN32|_WIN64|__linux__|__unix__|__MINGW|__APPLE__|_MSC_VER)")
