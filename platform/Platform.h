@@ -4,12 +4,14 @@
 // and windows/ implement it, the build chooses. It is compiled into both libraries and exported by neither.
 //
 // Rules for all of it:
-//  - Text is wide. A path may use '/' or '\' on both systems: on Linux a path that does not exist as given is tried
-//  again
-//    with every '\' turned into '/'. Paths are not limited in length.
+//  - Text is wide. A path may use '/' or '\' on both systems: on Linux a path is taken as given when something stands
+//    there, else, so for every file that is to be created, with each '\' turned into '/'. Paths are as long as the
+//    system allows; Windows is not held to its 260 characters. A null path names nothing.
 //  - A function marked noexcept answers exhausted memory with its failure value. Functions that return text may throw
 //    std::bad_alloc; their callers stand behind the edge of a library and turn it into the documented result.
-//  - Nothing is printed, nothing is cached, no locale is asked, and every function may be called from any thread.
+//  - Nothing is printed, no locale is asked, and every function may be called from any thread. Nothing is cached but
+//  the
+//    debug information that ResolveAddress reads.
 #pragma once
 
 #include <cstddef>
@@ -25,8 +27,9 @@ namespace platform {
 // ---- Text ----------------------------------------------------------------------------------------------------------
 
 // Narrow text of the system to wide text and back. Linux: UTF-8 whatever the locale; a byte b that is not part of valid
-// UTF-8 becomes the lone unit 0xDC00 + b and turns back into b; any other lone surrogate is written in the three-byte
-// form and read back from it, so that narrow to wide to narrow loses nothing. Windows: the active code page.
+// UTF-8 becomes the lone unit 0xDC00 + b and turns back into b; any other surrogate is written in the three-byte form
+// and read back from it, so that narrow to wide to narrow loses nothing. A unit above 0x10FFFF is written as U+FFFD.
+// Windows: the active code page.
 std::wstring Widen(std::string_view narrow);
 std::string Narrow(std::wstring_view wide);
 
@@ -36,13 +39,14 @@ std::string Narrow(std::wstring_view wide);
 // Linux only (Windows removes a variable that is set to nothing).
 std::optional<std::wstring> EnvironmentValue(const wchar_t* name);
 
-// Sets a variable of this process and of the programs that it starts; nothing removes it. False on failure.
+// Sets a variable of this process, for the C library's functions too, and of the programs that it starts; no value
+// removes it. False on failure: a name that is empty or holds '='.
 bool SetEnvironmentValue(const wchar_t* name, const std::optional<std::wstring>& value) noexcept;
 
 unsigned int ProcessId() noexcept;
 
-// Runs a command line through the system's shell and waits. Gives its exit status, -1 when no shell could be started.
-// On Linux a command ended by signal n gives 128 + n.
+// Runs a command line through the system's shell (/bin/sh; cmd) and waits. Gives its exit status, -1 when no shell
+// could be started. On Linux a command ended by signal n gives 128 + n.
 int RunCommand(const wchar_t* command) noexcept;
 
 // What RunProgram does with the streams of the program that it starts.
@@ -54,13 +58,15 @@ struct ProgramStreams
 };
 
 // Starts a program without a shell and waits: arguments[0] is searched along PATH unless it holds a separator, and
-// every argument arrives as it is, blanks and quotes included. Gives the exit status as RunCommand does, -1 when the
-// program could not be started or a stream could not be opened.
+// every argument arrives as it is, blanks and quotes included. The program gets no other open file of this process.
+// Gives the exit status as RunCommand does, -1 when the program could not be started or a stream could not be opened.
+// On Windows ".exe" may be left out, and a command script, which would need the shell, is not started.
 int RunProgram(const std::vector<std::wstring>& arguments, const ProgramStreams& streams = {}) noexcept;
 
 // ---- Files ---------------------------------------------------------------------------------------------------------
 
-// fopen of a wide path. A directory is a failed open on both systems. Null with errno set on failure.
+// fopen of a wide path. With an 'x' in a mode of 'w' or 'a' the file must not exist, not even as a link that leads
+// nowhere. A directory is a failed open on both systems. Null with errno set on failure.
 std::FILE* OpenFile(const wchar_t* path, const wchar_t* mode) noexcept;
 
 // Whether the file exists (mode 0) and may be written (2), read (4) or both (6). 0, or -1 with errno set; any other
@@ -87,6 +93,9 @@ struct FileStatus
 // The status of what the path leads to, links followed. False when there is nothing, or it cannot be asked.
 bool Status(const wchar_t* path, FileStatus& status) noexcept;
 
+// Whether the path itself is a link: a symbolic one or, on Windows, a junction. False when nothing stands there.
+bool IsLink(const wchar_t* path) noexcept;
+
 // The names in a directory without "." and "..", in the order of the system. False when it cannot be listed; `names` is
 // then empty.
 bool ListDirectory(const wchar_t* directory, std::vector<std::wstring>& names) noexcept;
@@ -94,14 +103,18 @@ bool ListDirectory(const wchar_t* directory, std::vector<std::wstring>& names) n
 // Creates one directory; its parent must exist. True also when the directory stands already.
 bool CreateOneDirectory(const wchar_t* directory) noexcept;
 
-// Copies a regular file with its times and permissions. The destination is replaced as a whole: it is either the old
-// file or the complete new one, whatever fails. False when anything failed; nothing half-written stays behind.
+// Copies a regular file with its permissions and its time of modification, as far as the destination's file system
+// knows them. The destination, if it stands, must be a regular file or a link (which is replaced, not followed); it is
+// either the old file or the complete new one, whatever fails. A file copied onto itself stays as it is, with true.
+// False when anything failed; nothing half-written stays behind.
 bool CopyOneFile(const wchar_t* source, const wchar_t* destination) noexcept;
 
-// Gives a file or directory another name on the same device, replacing a file of that name. False on failure.
+// Gives a file or directory another name on the same device, replacing a file or link of that name, but no directory.
+// False on failure.
 bool Rename(const wchar_t* from, const wchar_t* to) noexcept;
 
-// Removes one file, or one empty directory; a link is removed, not what it leads to. False when it is still there.
+// Removes one file, or one empty directory; a link is removed, not what it leads to. True also when nothing stood
+// there, false when it is still there. Windows keeps a file that is read-only.
 bool RemoveOneFile(const wchar_t* path) noexcept;
 bool RemoveEmptyDirectory(const wchar_t* directory) noexcept;
 
@@ -142,8 +155,9 @@ struct ProcessorRecord
 };
 static_assert(sizeof(ProcessorRecord) == 32);
 
-// All cores and packages of the machine. On Linux the bits of a mask are numbered within each record; only their count
-// has a meaning. False when the system does not tell; `records` is then empty.
+// All cores and packages of the machine (Windows: of the processor group of this process). On Linux the bits of a mask
+// are numbered within each record; only their count has a meaning, and it ends at 64. False when the system does not
+// tell; `records` is then empty.
 bool ReadProcessorRecords(std::vector<ProcessorRecord>& records) noexcept;
 
 // The number of logical processors that this process may run on; at least 1.
@@ -151,8 +165,10 @@ unsigned int UsableProcessors() noexcept;
 
 // ---- Call stacks ---------------------------------------------------------------------------------------------------
 
-// Stores the return addresses of the calling thread, innermost first, without the `skip` innermost frames and without
-// this function's own. Gives their number, at most `capacity`. Allocates nothing.
+// Stores one address for each frame of the calling thread's stack, innermost first, without the `skip` innermost frames
+// and without this function's own: an address inside the call that the frame is waiting for (the byte before its return
+// address), so that ResolveAddress finds the line of the call. Gives their number, at most `capacity`. Allocates
+// nothing.
 int CaptureStack(void** addresses, int capacity, int skip) noexcept;
 
 struct ResolvedAddress
@@ -161,9 +177,13 @@ struct ResolvedAddress
     std::uint64_t start = 0;  // address of the function's first byte; 0 when unknown
     std::string file;         // source file; empty when unknown
     int line = -1;            // -1 when unknown
+    std::uint32_t lineError =
+        487;  // 0 when the line is known; else why not, as a Windows error code (Linux: always 487)
 };
 
-// What a code address stands for. Slow: reads debug information. False when not even the function is known.
+// What a code address stands for. Slow at first: reads the debug information of all modules. Of modules that are loaded
+// afterwards Linux knows the exported functions only. False, and `resolved` as if new, when not even the function is
+// known.
 bool ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept;
 
 // ---- Clocks, errors, debug output ----------------------------------------------------------------------------------

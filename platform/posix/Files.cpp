@@ -1,0 +1,108 @@
+#include "platform/Guard.h"
+#include "platform/Platform.h"
+#include "platform/posix/NativePath.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+// The result of a call that removes something: what is gone already counts as removed.
+bool IsGone(int result, const std::string& path)
+{
+    return result == 0 || (!path.empty() && (errno == ENOENT || errno == ENOTDIR));
+}
+
+bool IsDirectory(std::FILE* file)
+{
+    struct stat status
+    {};
+    return fstat(fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+}  // namespace
+
+std::FILE* platform::OpenFile(const wchar_t* path, const wchar_t* mode) noexcept
+{
+    return Guarded<std::FILE*>(nullptr, [&]() -> std::FILE* {
+        std::string flags = Narrow(mode == nullptr ? L"" : mode);
+        flags.insert(flags.empty() ? 0 : 1, "e");  // programs started by the host do not inherit it
+        std::FILE* const file = std::fopen(NativePath(path).c_str(), flags.c_str());
+        if (file == nullptr || !IsDirectory(file))
+            return file;
+        std::fclose(file);
+        errno = EISDIR;
+        return nullptr;
+    });
+}
+
+int platform::Access(const wchar_t* path, int mode) noexcept
+{
+    return Guarded(-1, [&] {
+        if (mode != F_OK && mode != W_OK && mode != R_OK && mode != (R_OK | W_OK)) {
+            errno = EINVAL;
+            return -1;
+        }
+        return access(NativePath(path).c_str(), mode);
+    });
+}
+
+bool platform::Status(const wchar_t* path, FileStatus& status) noexcept
+{
+    return Guarded(false, [&] {
+        struct stat native
+        {};
+        if (stat(NativePath(path).c_str(), &native) != 0)
+            return false;
+        status.kind = S_ISREG(native.st_mode)   ? FileKind::Regular
+                      : S_ISDIR(native.st_mode) ? FileKind::Directory
+                                                : FileKind::Other;
+        status.size = static_cast<std::uint64_t>(native.st_size);
+        status.modifiedSeconds = native.st_mtim.tv_sec;
+        status.modifiedNanoseconds = static_cast<std::int32_t>(native.st_mtim.tv_nsec);
+        status.device = native.st_dev;
+        status.file = native.st_ino;
+        return true;
+    });
+}
+
+bool platform::IsLink(const wchar_t* path) noexcept
+{
+    return Guarded(false, [&] {
+        struct stat native
+        {};
+        return lstat(NativePath(path).c_str(), &native) == 0 && S_ISLNK(native.st_mode);
+    });
+}
+
+bool platform::Rename(const wchar_t* from, const wchar_t* to) noexcept
+{
+    return Guarded(false, [&] {
+        const std::string target = NativePath(to);
+        struct stat native
+        {};
+        if (lstat(target.c_str(), &native) == 0 && S_ISDIR(native.st_mode)) {
+            errno = EEXIST;  // rename itself would replace an empty one
+            return false;
+        }
+        return std::rename(NativePath(from).c_str(), target.c_str()) == 0;
+    });
+}
+
+bool platform::RemoveOneFile(const wchar_t* path) noexcept
+{
+    return Guarded(false, [&] {
+        const std::string native = NativePath(path);
+        return IsGone(unlink(native.c_str()), native);
+    });
+}
+
+bool platform::RemoveEmptyDirectory(const wchar_t* directory) noexcept
+{
+    return Guarded(false, [&] {
+        const std::string native = NativePath(directory);
+        return IsGone(rmdir(native.c_str()), native);
+    });
+}
