@@ -14,6 +14,7 @@
 //    debug information that ResolveAddress reads.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -185,6 +186,25 @@ struct ResolvedAddress
 // afterwards Linux knows the exported functions only. False, and `resolved` as if new, when not even the function is
 // known.
 bool ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept;
+
+// ---- Storage of threads ---------------------------------------------------------------------------------------------
+
+// One pointer for each thread, null until it is set. When a thread ends, `release` gets its pointer unless that is
+// null. A thread_local of the language would do the same, but ends the process when a thread first touches it without
+// memory. Meant for state of the process: made by constant initialisation, its key is taken at first use and never
+// given back; the module that holds `release` then stays loaded.
+class ThreadSlot
+{
+public:
+    constexpr explicit ThreadSlot(void (*release)(void*)) noexcept : m_release(release) {}
+
+    void* Get() const noexcept;
+    bool Set(void* pointer) noexcept;  // false, with nothing changed, when memory or keys are exhausted
+
+private:
+    std::atomic<std::uint32_t> m_key{0};  // the system's key plus 1; 0 before the first Set
+    void (*m_release)(void*);
+};
 
 // ---- Clocks, errors, debug output ----------------------------------------------------------------------------------
 
