@@ -32,7 +32,7 @@ public:
     // Seconds from `earlier` to `later`.
     static double Difference(const BuDate& later, const BuDate& earlier) noexcept
     {
-        return static_cast<double>(later.m_seconds - earlier.m_seconds);
+        return static_cast<double>(later.m_seconds) - static_cast<double>(earlier.m_seconds);
     }
 
 private:

@@ -4,7 +4,8 @@
 //   error->GetErrorCode(code)   // 1, code is 7
 //
 // Objects are made by the BuSet... functions alone and live in a ring of their thread: a pointer stays valid for the
-// next 64 errors of that thread. Each thread has its own last error.
+// next 64 errors of that thread. Each thread has its own last error. When memory is exhausted an object still comes, with
+// its kind and code and an empty message.
 #pragma once
 
 #include <basutl/BuString.h>
@@ -44,16 +45,17 @@ private:
 };
 
 // Makes an error object of the calling thread and returns it as that thread's last error; never null. The message is
-// taken as it is, not as a format; null counts as empty. A code is optional.
+// taken as it is, not as a format; null counts as empty; it may be the text of an older error. A code is optional.
 BASUTL_API const BuErrObj* BuSetError(const wchar_t* message) noexcept;              // kind 3
 BASUTL_API const BuErrObj* BuSetError(int code, const wchar_t* message) noexcept;    // kind 3
 BASUTL_API const BuErrObj* BuSetWarning(int code, const wchar_t* message) noexcept;  // kind 2
 BASUTL_API const BuErrObj* BuSetErrorOfKind(std::int32_t kind, const wchar_t* message) noexcept;
 
-// Makes an error (kind 3) of a native error code (errno; GetLastError): "ORIGIN: TEXT" with the system's text for it.
+// Makes an error (kind 3) of a native error code (errno; GetLastError), which becomes its code: "ORIGIN: TEXT" with the
+// system's text for it, "TEXT" alone when the origin is null or empty.
 BASUTL_API const BuErrObj* BuSetNativeError(const wchar_t* origin, int nativeCode) noexcept;
 
-// The last error of this thread; null when it has had none.
+// The last error of this thread; null when it has had none, or all of them came when memory was exhausted.
 BASUTL_API const BuErrObj* BuGetLastError() noexcept;
 
 // The message text of an error, nothing added; the empty text for null.

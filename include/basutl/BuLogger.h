@@ -3,15 +3,17 @@
 //   BuLogger::GetInstance().Log(2, L"cannot read %s\n", path);
 //
 // Levels used here: 0 information, 1 warning, 2 error, 3 fatal error, 6 benchmark reports. Without an installed sink,
-// texts go to standard error when the environment variable BU_LOG_LEVEL is set, from that level on; nothing is written
-// when it is not. Not locked: install a sink at start-up, log from one thread at a time.
+// texts go to standard error, as narrow text, when the environment variable BU_LOG_LEVEL is set to a number, from that
+// level on (a text without a number is 0); nothing is written when it is not set. The variable is read at each call. A
+// text is dropped when memory is exhausted. Not locked: install a sink at start-up, log from one thread at a time.
 #pragma once
 
 #include <basutl/Export.h>
 
 #include <cstdarg>
 
-// Receives each formatted text as it is, without an added line end. `context` is what was given with it.
+// Receives each formatted text as it is, without an added line end. `context` is what was given with it. It must not
+// throw.
 using BuLogSink = void (*)(int level, const wchar_t* text, void* context);
 
 class BASUTL_API BuLogger
@@ -19,7 +21,7 @@ class BASUTL_API BuLogger
 public:
     static BuLogger& GetInstance() noexcept;
 
-    // Formats as BuString::Format does and hands the text to the sink. A null format logs an empty text.
+    // Formats as BuString::Format does and hands the text to the sink. A null format or text logs an empty text.
     void Log(int level, const wchar_t* format, ...) noexcept;
     void LogV(int level, const wchar_t* format, va_list arguments) noexcept;
 

@@ -3,7 +3,7 @@
 
 #include <basutl/Export.h>
 
-// Severity of BuOutputMessage: 1 information or warning, 2 error.
+// Severity of BuOutputMessage: 1 information or warning, 2 error. What a handler throws goes through to the caller.
 using BuOutputHandler = void (*)(int severity, const wchar_t* text);
 
 // `code` is what was given to BuAssert; `file` and `line` say where.
