@@ -8,6 +8,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+# Wine's reader of debug information stops at version 4.
+set(CMAKE_CXX_FLAGS_DEBUG_INIT -gdwarf-4)
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO_INIT -gdwarf-4)
 # The compiler's own libraries go into each binary, so that no file but ours has to stand beside it.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)

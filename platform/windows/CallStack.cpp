@@ -1,0 +1,129 @@
+#include "platform/Demangle.h"
+#include "platform/Guard.h"
+#include "platform/Platform.h"
+#include "platform/windows/Native.h"
+
+#include <dbghelp.h>
+
+#include <algorithm>
+
+namespace {
+
+using platform::ResolvedAddress;
+
+// The functions of dbghelp.dll, loaded at the first use: most programs never look at a stack. They know this process by
+// a handle that is nobody else's, so that a host may use them beside us.
+class DebugHelp
+{
+public:
+    DebugHelp()
+    {
+        m_library = LoadLibraryExW(L"dbghelp.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+        const HANDLE process = GetCurrentProcess();
+        if (!(Find(m_getOptions, "SymGetOptions") && Find(m_setOptions, "SymSetOptions") &&
+              Find(m_initialize, "SymInitialize") && Find(m_refresh, "SymRefreshModuleList") &&
+              Find(m_symbol, "SymFromAddr") && Find(m_line, "SymGetLineFromAddr64")) ||
+            !DuplicateHandle(process, process, process, &m_process, 0, FALSE, DUPLICATE_SAME_ACCESS))
+            return;
+        m_setOptions(m_getOptions() | SYMOPT_LOAD_LINES | SYMOPT_DEFERRED_LOADS | SYMOPT_UNDNAME);
+        m_isReady = m_initialize(m_process, nullptr, TRUE) != 0;
+    }
+
+    bool IsReady() const { return m_isReady; }
+
+    // A module may have been loaded since the last look.
+    bool FindSymbol(DWORD64 address, SYMBOL_INFO& symbol) const
+    {
+        return m_symbol(m_process, address, nullptr, &symbol) ||
+               (m_refresh(m_process) && m_symbol(m_process, address, nullptr, &symbol));
+    }
+    bool FindLine(DWORD64 address, IMAGEHLP_LINE64& line) const
+    {
+        DWORD displacement = 0;
+        return m_line(m_process, address, &displacement, &line) != 0;
+    }
+
+private:
+    template <typename Function>
+    bool Find(Function*& function, const char* name)
+    {
+        void* const address = m_library == nullptr ? nullptr : reinterpret_cast<void*>(GetProcAddress(m_library, name));
+        function = reinterpret_cast<Function*>(address);
+        return address != nullptr;
+    }
+
+    HMODULE m_library = nullptr;
+    HANDLE m_process = nullptr;
+    decltype(&SymGetOptions) m_getOptions = nullptr;
+    decltype(&SymSetOptions) m_setOptions = nullptr;
+    decltype(&SymInitialize) m_initialize = nullptr;
+    decltype(&SymRefreshModuleList) m_refresh = nullptr;
+    decltype(&SymFromAddr) m_symbol = nullptr;
+    decltype(&SymGetLineFromAddr64) m_line = nullptr;
+    bool m_isReady = false;
+};
+
+// The functions of dbghelp are for one thread at a time.
+class DebugHelpLock
+{
+public:
+    DebugHelpLock() { AcquireSRWLockExclusive(&m_lock); }
+    ~DebugHelpLock() { ReleaseSRWLockExclusive(&m_lock); }
+    DebugHelpLock(const DebugHelpLock&) = delete;
+    DebugHelpLock& operator=(const DebugHelpLock&) = delete;
+
+private:
+    static constinit inline SRWLOCK m_lock = SRWLOCK_INIT;
+};
+
+void Fill(ResolvedAddress& resolved, const DebugHelp& help, DWORD64 address, const SYMBOL_INFO& symbol)
+{
+    resolved = {};
+    resolved.function = platform::Demangle(symbol.Name);
+    resolved.start = symbol.Address;
+    IMAGEHLP_LINE64 line{};
+    line.SizeOfStruct = sizeof line;
+    if (help.FindLine(address, line)) {
+        resolved.file = line.FileName;
+        resolved.line = static_cast<int>(line.LineNumber);
+        resolved.lineError = 0;
+    } else {
+        resolved.lineError = GetLastError();
+    }
+}
+
+bool Resolve(DWORD64 address, ResolvedAddress& resolved)
+{
+    const DebugHelpLock lock;
+    static const DebugHelp help;
+    constexpr ULONG longestName = 1024;
+    alignas(SYMBOL_INFO) char memory[sizeof(SYMBOL_INFO) + longestName] = {};
+    SYMBOL_INFO& symbol = *reinterpret_cast<SYMBOL_INFO*>(memory);
+    symbol.SizeOfStruct = sizeof symbol;
+    symbol.MaxNameLen = longestName;
+    if (!help.IsReady() || !help.FindSymbol(address, symbol))
+        return false;
+    Fill(resolved, help, address, symbol);
+    return !resolved.function.empty();
+}
+
+}  // namespace
+
+[[gnu::noinline]] int platform::CaptureStack(void** addresses, int capacity, int skip) noexcept
+{
+    if (addresses == nullptr || capacity <= 0)
+        return 0;
+    const int count = RtlCaptureStackBackTrace(static_cast<DWORD>(std::max(skip, 0)) + 1, static_cast<DWORD>(capacity),
+                                               addresses, nullptr);
+    for (int i = 0; i < count; ++i)
+        addresses[i] = static_cast<char*>(addresses[i]) - 1;
+    return count;
+}
+
+bool platform::ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept
+{
+    const bool isFilled = Guarded(false, [&] { return Resolve(reinterpret_cast<std::uintptr_t>(address), resolved); });
+    if (!isFilled)
+        resolved = {};
+    return isFilled;
+}
