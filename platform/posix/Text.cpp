@@ -1,47 +1,13 @@
 #include "platform/Platform.h"
+#include "platform/Utf8.h"
 
 #include <algorithm>
 #include <cstring>
 
 namespace {
 
-constexpr char32_t StrayBase = 0xDC00;
 constexpr char32_t Replacement = 0xFFFD;
 constexpr char32_t LastCode = 0x10FFFF;
-
-// The units that stand for one stray byte each: 0xDC00 plus a byte above 127.
-bool IsStray(char32_t unit)
-{
-    return unit - (StrayBase + 0x80) < 0x80;
-}
-
-struct Character
-{
-    char32_t unit;
-    std::size_t length;  // bytes
-};
-
-// The character at the start of a text that starts with a byte above 127. The three-byte form of a unit that stands for
-// a stray byte is itself three stray bytes: it would turn back into one.
-Character Decode(std::string_view text)
-{
-    static constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    const auto lead = static_cast<unsigned char>(text[0]);
-    const Character stray = {StrayBase + lead, 1};
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC0 || lead >= 0xF8 || length > text.size())
-        return stray;
-    char32_t code = lead & (0x7Fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        if ((byte & 0xC0) != 0x80)
-            return stray;
-        code = code << 6 | (byte & 0x3Fu);
-    }
-    if (code < smallest[length] || code > LastCode || IsStray(code))
-        return stray;
-    return {code, length};
-}
 
 // The number of leading bytes below 128.
 std::size_t AsciiRun(std::string_view text)
@@ -59,7 +25,7 @@ std::size_t AsciiRun(std::string_view text)
 
 std::size_t EncodedLength(char32_t unit)
 {
-    if (unit < 0x80 || IsStray(unit))
+    if (unit < 0x80 || platform::IsStrayUnit(unit))
         return 1;
     return unit < 0x800 ? 2 : unit < 0x10000 || unit > LastCode ? 3 : 4;
 }
@@ -92,8 +58,8 @@ std::wstring platform::Widen(std::string_view narrow)
         narrow.remove_prefix(run);
         if (narrow.empty())
             break;
-        const Character character = Decode(narrow);
-        *out++ = static_cast<wchar_t>(character.unit);
+        const Utf8Character character = DecodeUtf8(narrow);
+        *out++ = static_cast<wchar_t>(character.code);
         narrow.remove_prefix(character.length);
     }
     wide.resize(static_cast<std::size_t>(out - wide.data()));
