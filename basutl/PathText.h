@@ -1,0 +1,22 @@
+// Paths as texts: separators, and the absolute form. No file is asked.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+constexpr bool IsSeparator(wchar_t c) noexcept
+{
+    return c == L'/' || c == L'\\';
+}
+
+// The position behind the last separator; 0 when there is none.
+constexpr std::size_t FindLastName(std::wstring_view path) noexcept
+{
+    return path.find_last_of(L"/\\") + 1;
+}
+
+// The absolute form of a path with every separator as `separator`, without "." and "..", which does not leave the root,
+// and without a trailing separator except that of a root. The rules are those of the system that writes `separator`:
+// with '\' a path may begin with a drive or with the server and share of a network, and "\a" and "C:a" take what they
+// lack from the working directory. An empty path stays empty.
+std::wstring MakeAbsolute(std::wstring_view path, std::wstring_view workingDirectory, wchar_t separator);
