@@ -12,7 +12,7 @@ namespace {
 // The result of a call that removes something: what is gone already counts as removed.
 bool IsGone(int result, const std::string& path)
 {
-    return result == 0 || (!path.empty() && (errno == ENOENT || errno == ENOTDIR));
+    return result == 0 || (errno == ENOENT && !path.empty());
 }
 
 bool IsDirectory(std::FILE* file)

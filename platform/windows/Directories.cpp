@@ -87,13 +87,19 @@ bool platform::CreateOneDirectory(const wchar_t* directory) noexcept
 
 std::wstring platform::CanonicalPath(const wchar_t* path)
 {
-    const Handle file(CreateFileW(NativePath(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    const std::wstring native = NativePath(path);
+    const Handle file(CreateFileW(native.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!file.IsOpen())
         return {};
-    return WithoutPrefix(WholeText([&](wchar_t* buffer, DWORD capacity) {
+    std::wstring whole = WholeText([&](wchar_t* buffer, DWORD capacity) {
         return GetFinalPathNameByHandleW(file.Get(), buffer, capacity, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
-    }));
+    });
+    if (whole.empty())  // some file systems do not know the final path of a file; Wine does not know long ones
+        whole = WholeText([&](wchar_t* buffer, DWORD capacity) {
+            return GetFullPathNameW(native.c_str(), capacity, buffer, nullptr);
+        });
+    return WithoutPrefix(std::move(whole));
 }
 
 std::wstring platform::WorkingDirectory()

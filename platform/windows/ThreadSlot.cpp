@@ -1,8 +1,5 @@
-#define NOMINMAX
-#define WIN32_LEAN_AND_MEAN
 #include "platform/Platform.h"
-
-#include <windows.h>
+#include "platform/windows/Native.h"
 
 void* platform::ThreadSlot::Get() const noexcept
 {

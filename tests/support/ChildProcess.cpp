@@ -18,6 +18,12 @@ std::map<std::string, ChildScenario>& Scenarios()
     return scenarios;
 }
 
+std::vector<std::string>& Arguments()
+{
+    static std::vector<std::string> arguments;
+    return arguments;
+}
+
 // Sets variables of this process, which its children inherit, until the end of the scope.
 class VariableScope
 {
@@ -52,16 +58,30 @@ std::optional<int> RunRequestedScenario(int argumentCount, char** arguments)
 {
     if (argumentCount < 2 || std::strncmp(arguments[1], ScenarioOption, sizeof ScenarioOption - 1) != 0)
         return std::nullopt;
+    Arguments().assign(arguments + 2, arguments + argumentCount);
     return Scenarios().at(arguments[1] + sizeof ScenarioOption - 1)();
 }
 
-ChildResult RunChild(const char* scenario, const ChildVariables& variables)
+const std::vector<std::string>& ChildArguments()
+{
+    return Arguments();
+}
+
+std::vector<std::wstring> ChildCommand(const char* scenario, const std::vector<std::wstring>& arguments)
 {
     if (Scenarios().count(scenario) == 0)
         throw std::invalid_argument(std::string("no such child scenario: ") + scenario);
     static const char anchor = 0;
-    return RunAndCapture({platform::ModuleFile(&anchor), platform::Widen(ScenarioOption + std::string(scenario))},
-                         variables);
+    std::vector<std::wstring> command = {platform::ModuleFile(&anchor),
+                                         platform::Widen(ScenarioOption + std::string(scenario))};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return command;
+}
+
+ChildResult RunChild(const char* scenario, const ChildVariables& variables, const std::vector<std::wstring>& arguments,
+                     const std::string& input)
+{
+    return RunAndCapture(ChildCommand(scenario, arguments), variables, input);
 }
 
 ChildResult RunAndCapture(const std::vector<std::wstring>& arguments, const ChildVariables& variables,

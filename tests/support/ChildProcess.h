@@ -22,13 +22,19 @@ using ChildScenario = int (*)();  // gives the exit code of the child
 struct ChildResult
 {
     int exitCode;
-    std::string output;  // standard output and standard error, line ends as "\n"
-    std::string errors;
+    std::string output;  // what it wrote to standard output, and
+    std::string errors;  // to standard error, line ends as "\n"
 };
 
-// Starts this test program anew to run one scenario, with variables set (or removed) for it alone.
+// Starts this test program anew to run one scenario, with variables set (or removed) for it alone. The scenario finds the
+// arguments in ChildArguments() and the input on its standard input.
 using ChildVariables = std::vector<std::pair<std::wstring, std::optional<std::wstring>>>;
-ChildResult RunChild(const char* scenario, const ChildVariables& variables = {});
+ChildResult RunChild(const char* scenario, const ChildVariables& variables = {},
+                     const std::vector<std::wstring>& arguments = {}, const std::string& input = {});
+const std::vector<std::string>& ChildArguments();
+
+// The command that RunChild runs, for tests of what runs commands.
+std::vector<std::wstring> ChildCommand(const char* scenario, const std::vector<std::wstring>& arguments = {});
 
 // Runs any program the same way; arguments[0] is its path.
 ChildResult RunAndCapture(const std::vector<std::wstring>& arguments, const ChildVariables& variables = {},

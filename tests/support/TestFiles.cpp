@@ -14,7 +14,7 @@ void RemoveTree(const std::wstring& folder)
     platform::ListDirectory(folder.c_str(), names);
     for (const std::wstring& name : names) {
         const std::wstring path = folder + name;
-        if (!platform::RemoveOneFile(path.c_str()))
+        if (!platform::RemoveOneFile(path.c_str()))  // which also removes links to directories
             RemoveTree(path + platform::Separator());
     }
     platform::RemoveEmptyDirectory(folder.c_str());
@@ -51,7 +51,8 @@ std::wstring TemporaryFolder::Write(const char* name, const std::string& bytes) 
 {
     const std::wstring path = Path(name);
     std::FILE* const file = platform::OpenFile(path.c_str(), L"wb");
-    if (file == nullptr || std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size() || std::fclose(file) != 0)
+    const bool isWritten = file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    if (file == nullptr || std::fclose(file) != 0 || !isWritten)
         throw std::runtime_error("cannot write a test file");
     return path;
 }
