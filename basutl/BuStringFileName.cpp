@@ -1,0 +1,10 @@
+#include <basutl/BuStringFileName.h>
+
+#include <basutl/BuPath.h>
+
+BuString BuStringFileName::NormalizeDirectory(const wchar_t* directory) noexcept
+{
+    BuString normalized = directory;
+    BuPathAddSeparatorW(normalized);
+    return normalized;
+}
