@@ -31,7 +31,6 @@ _Unwind_Reason_Code TakeFrame(_Unwind_Context* context, void* data)
     const _Unwind_Ptr address = _Unwind_GetIPInfo(context, &isBeforeInstruction);
     if (address == 0)
         return _URC_END_OF_STACK;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the unwinder gives an integer
     capture.addresses[capture.count++] = reinterpret_cast<void*>(address - (isBeforeInstruction != 0 ? 0 : 1));
     return _URC_NO_REASON;
 }
@@ -45,17 +44,14 @@ backtrace_state* DebugInformation()
     return state;
 }
 
-struct Symbol
+// Callbacks of C code: no exception may leave them.
+void TakeSymbol(void* data, std::uintptr_t, const char* name, std::uintptr_t value, std::uintptr_t)
 {
-    const char* name = nullptr;
-    std::uintptr_t start = 0;
-};
-
-// The callbacks are called from C code: no exception may leave them.
-void TakeSymbol(void* data, std::uintptr_t, const char* name, std::uintptr_t start, std::uintptr_t)
-{
-    if (name != nullptr)
-        *static_cast<Symbol*>(data) = {name, start};
+    if (name == nullptr)
+        return;
+    Dl_info& info = *static_cast<Dl_info*>(data);
+    info.dli_sname = name;
+    info.dli_saddr = reinterpret_cast<void*>(value);
 }
 
 struct Line
@@ -80,24 +76,23 @@ int TakeLine(void* data, std::uintptr_t, const char* file, int number, const cha
 }
 
 // The symbol table of the file knows more names than the loader, the loader knows modules loaded later.
-Symbol FindSymbol(const void* address)
+Dl_info FindSymbol(const void* address)
 {
-    Symbol symbol;
-    backtrace_syminfo(DebugInformation(), reinterpret_cast<std::uintptr_t>(address), TakeSymbol, IgnoreError, &symbol);
     Dl_info info{};
-    if (symbol.name == nullptr && dladdr(address, &info) != 0 && info.dli_sname != nullptr)
-        symbol = {info.dli_sname, reinterpret_cast<std::uintptr_t>(info.dli_saddr)};
-    return symbol;
+    backtrace_syminfo(DebugInformation(), reinterpret_cast<std::uintptr_t>(address), TakeSymbol, IgnoreError, &info);
+    if (info.dli_sname == nullptr)
+        dladdr(address, &info);
+    return info;
 }
 
-bool Fill(ResolvedAddress& resolved, const Symbol& symbol, const Line& line)
+bool Fill(ResolvedAddress& resolved, const Dl_info& symbol, const Line& line)
 {
     resolved = {};
-    const char* const function = symbol.name != nullptr ? symbol.name : line.function;
+    const char* const function = symbol.dli_sname != nullptr ? symbol.dli_sname : line.function;
     if (function == nullptr)
         return false;
     resolved.function = platform::Demangle(function);
-    resolved.start = symbol.start;
+    resolved.start = symbol.dli_sname == nullptr ? 0 : reinterpret_cast<std::uintptr_t>(symbol.dli_saddr);
     if (line.file != nullptr) {
         resolved.file = line.file;
         resolved.line = line.number;

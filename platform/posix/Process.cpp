@@ -38,27 +38,6 @@ private:
     int m_error;
 };
 
-// Arguments in the form of main's.
-class ArgumentList
-{
-public:
-    explicit ArgumentList(const std::vector<std::wstring>& arguments)
-    {
-        m_texts.reserve(arguments.size());
-        for (const std::wstring& argument : arguments)
-            m_texts.push_back(platform::Narrow(argument));
-        m_pointers.reserve(arguments.size() + 1);
-        for (std::string& text : m_texts)
-            m_pointers.push_back(text.data());
-        m_pointers.push_back(nullptr);
-    }
-    char* const* Get() const { return m_pointers.data(); }
-
-private:
-    std::vector<std::string> m_texts;
-    std::vector<char*> m_pointers;
-};
-
 int ExitStatus(int waitStatus)
 {
     return WIFSIGNALED(waitStatus) ? 128 + WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
@@ -107,14 +86,21 @@ int platform::RunProgram(const std::vector<std::wstring>& arguments, const Progr
     return Guarded(-1, [&] {
         if (arguments.empty())
             return -1;
-        const ArgumentList list(arguments);
+        std::vector<std::string> texts;
+        for (const std::wstring& argument : arguments)
+            texts.push_back(Narrow(argument));
+        std::vector<char*> pointers;
+        for (std::string& text : texts)
+            pointers.push_back(text.data());
+        pointers.push_back(nullptr);
+
         SpawnActions actions;
         Redirect(actions, streams);
         pid_t child = 0;
         errno = actions.Error();
         if (errno == 0)
-            errno =
-                posix_spawnp(&child, ProgramFile(arguments[0]).c_str(), actions.Get(), nullptr, list.Get(), environ);
+            errno = posix_spawnp(&child, ProgramFile(arguments[0]).c_str(), actions.Get(), nullptr, pointers.data(),
+                                 environ);
         return errno == 0 ? WaitFor(child) : -1;
     });
 }

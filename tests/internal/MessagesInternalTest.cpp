@@ -1,0 +1,96 @@
+// Messages while memory is exhausted: a text arrives whole or empty, settings stay as they were.
+
+#include "platform/Platform.h"
+#include "support/AllocationControl.h"
+#include "support/RecordingUpdater.h"
+
+#include <TuvoUtil/Messages.h>
+#include <basutl/BuErrObj.h>
+
+#include <gtest/gtest.h>
+
+#include <cwchar>
+
+namespace {
+
+constexpr wchar_t LongText[] = L"a text that is too long to be held inside a string object";
+
+// Counts texts without allocating.
+class CountingUpdater : public TuvoEnvUpdater
+{
+public:
+    CountingUpdater() { SetUpdater(this); }
+    ~CountingUpdater() override { SetUpdater(nullptr); }
+
+    void WriteConsoleMessage(_TuvoMessageType, const wchar_t* text, bool) override { Count(text); }
+    _TuvoMsgBoxResponse PostMessageBox(unsigned int, const wchar_t*, const wchar_t* text, bool) override
+    {
+        Count(text);
+        return TUVO_RESPONSE_OK;
+    }
+    void Count(const wchar_t* text)
+    {
+        isWholeOrEmpty = isWholeOrEmpty && (*text == 0 || std::wcscmp(text, LongText) == 0);
+        ++count;
+    }
+
+    bool isWholeOrEmpty = true;
+    int count = 0;
+};
+
+TEST(MessagesWithoutMemory, ArriveEmptyAtWorst)
+{
+    CountingUpdater updater;
+    int expected = 0;
+    const long failures = allocation::ForEachFailure([&] {
+        TuvoWriteConsoleMessage(TUVO_MESSAGE_ERROR, L"%s", LongText);
+        EXPECT_EQ(TuvoPostMessageBox(0, L"", L"%s", LongText), TUVO_RESPONSE_OK);
+        expected += 2;
+    });
+    EXPECT_GE(failures, 2);
+    EXPECT_EQ(updater.count, expected);
+    EXPECT_TRUE(updater.isWholeOrEmpty);
+}
+
+TEST(MessagesWithoutMemory, ShowAnErrorObjectWholeOrNotAtAll)
+{
+    CountingUpdater updater;
+    const BuErrObj errors[] = {{BU_ERR_INFORMATION, LongText}, {BU_ERR_FAILURE, LongText}, {BU_ERR_FATAL, LongText}};
+    for (const BuErrObj& error : errors) {
+        EXPECT_GE(allocation::ForEachFailure([&] {
+                      updater.count = 0;
+                      const int result = VEnvPostError(&error);
+                      EXPECT_EQ(updater.count, result == 0 ? 1 : 0);
+                      TuvoWriteConsoleError(&error);
+                      TuvoLogError(&error);
+                  }),
+                  3);
+        EXPECT_TRUE(updater.isWholeOrEmpty);
+    }
+}
+
+TEST(MessagesWithoutMemory, LeaveDirectoriesAsTheyWere)
+{
+    VEnvSetUserDirectory(L"before");
+    allocation::FailOnce(1);
+    VEnvSetUserDirectory(LongText);
+    EXPECT_STREQ(VEnvGetUserDirectory(), L"before");
+    VEnvSetUserDirectory(L"");
+}
+
+TEST(MessagesWithoutMemory, GiveNoDirectoryOfTheSystem)
+{
+    BuString expectedTemporary;
+    VEnvGetTempPath(expectedTemporary);
+    const BuString expectedDirectory = TuvoGetAppDirectory();
+    EXPECT_GE(allocation::ForEachFailure([&] {
+                  BuString temporary;
+                  VEnvGetTempPath(temporary);
+                  EXPECT_TRUE(temporary.IsEmpty() || temporary == expectedTemporary);
+                  const BuString directory = TuvoGetAppDirectory();
+                  EXPECT_TRUE(directory.IsEmpty() || directory == expectedDirectory);
+              }),
+              1);
+}
+
+}  // namespace
