@@ -1,0 +1,95 @@
+#include "TuvoMemory/MemoryState.h"
+
+#include <TuvoUtil/Memory.h>
+
+#include <cstddef>
+#include <cstdint>
+
+using memory::g_state;
+
+namespace {
+
+// How far an index may lie beyond the slots: a block that is released twice has lost its slot to others meanwhile.
+constexpr std::int64_t IndexTolerance = 4;
+
+bool HasReadableHeaders()
+{
+    return g_state.active != 0 && memory::IsHeaderMode();
+}
+
+}  // namespace
+
+// The bytes in front of a bare block belong to somebody else, so the address sanitizer must not watch the reads.
+[[gnu::noinline, gnu::no_sanitize_address]] memory::HeaderState memory::FindHeader(const void* block) noexcept
+{
+    if (block == nullptr || g_state.headersLaid == 0)
+        return HeaderState::None;
+    const BlockHeader* const header = static_cast<const BlockHeader*>(block) - 1;
+    if (header->tag == TagReleased && header->size == ReleasedMark && header->index == ReleasedMark)
+        return HeaderState::Released;
+    const bool isLive = header->tag >= TagOfKind0 && header->tag <= TagOfKind2 && header->size >= 0 &&
+                        header->index >= NoIndex && header->index <= g_state.slotCount + IndexTolerance;
+    return isLive ? HeaderState::Live : HeaderState::None;
+}
+
+memory::BlockHeader* memory::FindCountedHeader(void* block) noexcept
+{
+    if (FindHeader(block) != HeaderState::Live)
+        return nullptr;
+    BlockHeader* const header = HeaderOf(block);
+    return header->tag == TagOfKind2 ? nullptr : header;
+}
+
+int MovraMemChkGetActualPtr(void** block, std::size_t* size)
+{
+    if (g_state.active == 0)
+        return 1;
+    if (!memory::IsHeaderMode())
+        return 0;
+    if (block != nullptr && *block != nullptr) {
+        if (memory::FindHeader(*block) != memory::HeaderState::Live)
+            return 1;
+        *block = memory::HeaderOf(*block);
+    }
+    if (size != nullptr)
+        *size += memory::HeaderSize;
+    return 0;
+}
+
+void MovraMemChkGetActualSize(std::size_t size, std::size_t* actual)
+{
+    if (actual != nullptr)
+        *actual = memory::IsHeaderMode() ? size + memory::HeaderSize : size;
+}
+
+int MovraMemChkGetAllocInfo(void* block, std::size_t* size)
+{
+    const memory::BlockHeader* const header = HasReadableHeaders() ? memory::FindCountedHeader(block) : nullptr;
+    if (header == nullptr)
+        return 1;
+    if (size != nullptr)
+        *size = static_cast<std::size_t>(header->size);
+    return 0;
+}
+
+int MovraMemChkGetClientPtr(void** block)
+{
+    if (HasReadableHeaders() && block != nullptr && *block != nullptr)
+        *block = static_cast<unsigned char*>(*block) + memory::HeaderSize;
+    return 0;
+}
+
+int MovraMemChkGetInitialCount(void* block)
+{
+    const memory::BlockHeader* const header = HasReadableHeaders() ? memory::FindCountedHeader(block) : nullptr;
+    return header == nullptr ? -1 : header->initialCount;
+}
+
+int MovraMemChkSetInitialCount(void* block, int count)
+{
+    if (!HasReadableHeaders())
+        return 1;
+    if (memory::BlockHeader* const header = memory::FindCountedHeader(block))
+        header->initialCount = count;
+    return 0;
+}

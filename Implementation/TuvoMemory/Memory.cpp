@@ -1,0 +1,235 @@
+#include "TuvoMemory/MemoryState.h"
+#include "VFixedHeap/VxHeap.h"
+
+#include <TuvoUtil/FixedHeap.h>
+#include <TuvoUtil/Memory.h>
+#include <basutl/BuLocalize.h>
+#include <basutl/BuMessage.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+int __VxFreeLoopCount__ = 0;
+constinit memory::State memory::g_state;
+
+using memory::g_state;
+using memory::HeaderState;
+
+namespace {
+
+// What is larger is not even asked for.
+constexpr std::size_t LargestSize = PTRDIFF_MAX - memory::HeaderSize;
+
+constexpr int SeverityError = 2;
+
+class HookScope
+{
+public:
+    HookScope() : m_before(g_state.isHookRunning) { g_state.isHookRunning = true; }
+    ~HookScope() { g_state.isHookRunning = m_before; }
+    HookScope(const HookScope&) = delete;
+    HookScope& operator=(const HookScope&) = delete;
+
+private:
+    bool m_before;
+};
+
+// Prints and posts without allocating. `message` is one of the texts below, plain ASCII.
+void ReportWithoutReporter(const char* message)
+{
+    std::fprintf(stderr, "%s\n", message);
+    wchar_t text[64] = {};
+    std::copy_n(message, std::min(std::strlen(message), std::size(text) - 1), text);
+    BuOutputMessage(SeverityError, text);
+}
+
+void Report(const char* message, int fatal)
+{
+    if (g_state.errorReporter != nullptr)
+        g_state.errorReporter(message, fatal);
+    else
+        ReportWithoutReporter(message);
+}
+
+// Always null, the result of what failed.
+[[gnu::cold]] void* FailAllocation()
+{
+    std::fputs("Memory allocation Error <VxMalloc>: Null returned\n", stderr);
+    BuOutputMessage(SeverityError, BuLocalizeStringExW(L"Memory allocation Error <VxMalloc>: Null returned\n", 0));
+    Report("VxMalloc : Memory allocation error", 1);
+    return nullptr;
+}
+
+[[gnu::cold]] void* FailReallocation()
+{
+    Report("VxRealloc: Memory allocation error", 1);
+    return nullptr;
+}
+
+[[gnu::cold]] void* RefuseSize(std::size_t size)
+{
+    if (size != 0)
+        return FailAllocation();
+    Report("Memory allocation Error <VxMalloc>: 0 Bytes\n", 0);
+    return nullptr;
+}
+
+void* AllocateUntracked(std::size_t size)
+{
+    void* const block = vxheap::Allocate(size);
+    return block != nullptr ? block : FailAllocation();
+}
+
+void CallAllocationHook(void* block, std::size_t size, const char* file, int line, int kind)
+{
+    const HookScope scope;
+    if (block != nullptr && memory::LaysHeaders())
+        g_state.headersLaid = 1;
+    g_state.allocationHook(block, size, file, line, kind);
+}
+
+// Whether the block may be given back.
+bool CallReleaseHook(void* start, bool hasHeader, const char* file, int line)
+{
+    const HookScope scope;
+    g_state.releaseHasHeader = hasHeader;
+    return g_state.releaseHook(start, file, line);
+}
+
+// Whether a block made now is none of the checker's business: it is made by a hook itself, or no header can describe
+// it.
+bool IsBeyondChecker(std::size_t size)
+{
+    return g_state.isHookRunning || (size > memory::LargestTrackedSize && memory::LaysHeaders());
+}
+
+[[gnu::noinline]] void* AllocateTracked(std::size_t size, const char* file, int line, int kind)
+{
+    if (IsBeyondChecker(size))
+        return AllocateUntracked(size);
+    const bool hasHeader = memory::LaysHeaders();
+    const std::size_t wholeSize = size + (hasHeader ? memory::HeaderSize : 0);
+    void* const block = vxheap::Allocate(wholeSize);
+    // Kept: without a hook the call fails and the block stays taken; checking was started without being initialised.
+    if (g_state.allocationHook == nullptr)
+        return FailAllocation();
+    CallAllocationHook(block, wholeSize, file, line, kind);
+    // Checking may have been stopped by what the hook caused.
+    if (block == nullptr || !hasHeader || g_state.active == 0 || !memory::IsHeaderMode())
+        return block;
+    return static_cast<unsigned char*>(block) + memory::HeaderSize;
+}
+
+// Blocks may have headers, or the checker wants to know.
+bool IsWatching()
+{
+    return (g_state.active | g_state.headersLaid) != 0;
+}
+
+[[gnu::noinline]] void ReleaseWatched(void* block, const char* file, int line)
+{
+    const HeaderState header = memory::FindHeader(block);
+    void* const start = header == HeaderState::Live ? memory::HeaderOf(block) : block;
+    bool mayRelease = header != HeaderState::Released;
+    if (g_state.active != 0 && g_state.releaseHook != nullptr)
+        mayRelease = CallReleaseHook(start, header == HeaderState::Live, file, line) && mayRelease;
+    if (mayRelease)
+        vxheap::Release(start);
+}
+
+// A block with a header always moves, so that the checker sees an allocation and a release.
+void* ReallocateTracked(void* block, std::size_t size, const char* file, int line)
+{
+    const std::size_t oldSize = static_cast<std::size_t>(memory::HeaderOf(block)->size);
+    void* const moved = VBuMalloc(size, file, line, 0);
+    if (moved == nullptr && size != 0)
+        return nullptr;
+    if (moved != nullptr)
+        std::memcpy(moved, block, std::min(oldSize, size));
+    ReleaseWatched(block, file, line);
+    return moved;
+}
+
+void* ReallocateUntracked(void* block, std::size_t size)
+{
+    void* moved = nullptr;
+    if (size == 0)
+        vxheap::Release(block);
+    else if (size <= LargestSize)
+        moved = VxRealloc(block, size);
+    return moved != nullptr ? moved : FailReallocation();
+}
+
+}  // namespace
+
+void* VBuMalloc(std::size_t size, const char* file, int line, int kind)
+{
+    if (size - 1 >= LargestSize) [[unlikely]]
+        return RefuseSize(size);
+    if (g_state.active != 0) [[unlikely]]
+        return AllocateTracked(size, file, line, kind);
+    return AllocateUntracked(size);
+}
+
+void* VBuCalloc(std::size_t count, std::size_t size, const char* file, int line)
+{
+    std::size_t bytes = 0;
+    if (__builtin_mul_overflow(count, size, &bytes))
+        return FailAllocation();
+    void* const block = VBuMalloc(bytes, file, line, 0);
+    return block != nullptr ? std::memset(block, 0, bytes) : nullptr;
+}
+
+void* VBuRealloc(void* block, std::size_t size, const char* file, int line)
+{
+    if (block == nullptr)
+        return VBuMalloc(size, file, line, 0);
+    if (size == 0)
+        Report("Memory allocation Error <VxRealloc>: 0 Bytes\n", 0);
+    switch (memory::FindHeader(block)) {
+        case HeaderState::Live:
+            return ReallocateTracked(block, size, file, line);
+        case HeaderState::Released:
+            return FailReallocation();
+        case HeaderState::None:
+            break;
+    }
+    return ReallocateUntracked(block, size);
+}
+
+void VBuFree(void* block, const char* file, int line)
+{
+    if (!IsWatching()) [[likely]]
+        vxheap::Release(block);
+    else if (block != nullptr)
+        ReleaseWatched(block, file, line);
+}
+
+char* VBuStrDup(const char* text, const char* file, int line)
+{
+    if (text == nullptr)
+        return nullptr;
+    const std::size_t size = std::strlen(text) + 1;
+    void* const copy = VBuMalloc(size, file, line, 0);
+    return copy != nullptr ? static_cast<char*>(std::memcpy(copy, text, size)) : nullptr;
+}
+
+void VBuAddPointer(void* block, std::size_t size, const char* file, int line, int kind)
+{
+    if (block == nullptr || g_state.active == 0 || g_state.allocationHook == nullptr || IsBeyondChecker(size))
+        return;
+    CallAllocationHook(block, size + (memory::LaysHeaders() ? memory::HeaderSize : 0), file, line, kind);
+}
+
+void VBuDeletePointer(void* block, const char* file, int line)
+{
+    if (block == nullptr)
+        Report("Memory error : Free null pointer", 0);
+    if (g_state.active == 0 || g_state.releaseHook == nullptr)
+        return;
+    const bool hasHeader = memory::FindHeader(block) == HeaderState::Live;
+    CallReleaseHook(hasHeader ? memory::HeaderOf(block) : block, hasHeader, file, line);
+}

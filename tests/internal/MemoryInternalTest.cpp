@@ -1,0 +1,517 @@
+// Tracked allocation with a checker that lays headers and writes down what it is told, and with exhausted memory.
+
+#include "TuvoMemory/ArrayGrowth.h"
+#include "TuvoMemory/MemoryState.h"
+#include "VFixedHeap/VxHeap.h"
+#include "support/AllocationControl.h"
+#include "support/RecordingUpdater.h"
+#include "support/ReportScope.h"
+
+#include <TuvoUtil/FixedHeap.h>
+#include <TuvoUtil/Memory.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using memory::g_state;
+using memory::HeaderState;
+using Lines = std::vector<std::string>;
+
+constexpr char File[] = "part.cpp";
+
+// Lays headers as the leak checker does, and tells of each call as "allocate SIZE FILE:LINE kind KIND" and
+// "release FILE:LINE header". The state of tracked allocation is as before when it ends.
+class Checker
+{
+public:
+    explicit Checker(int mode = 2) : m_before(g_state)
+    {
+        g_current = this;
+        g_state.active = 1;
+        g_state.mode = mode;
+        g_state.allocationHook = OnAllocate;
+        g_state.releaseHook = OnRelease;
+        g_state.errorReporter = [](const char* message, int fatal) {
+            g_current->reports.push_back(message + std::string(fatal != 0 ? " (fatal)" : ""));
+        };
+    }
+    ~Checker() { g_state = m_before; }
+    Checker(const Checker&) = delete;
+    Checker& operator=(const Checker&) = delete;
+
+    Lines TakeCalls() { return std::exchange(m_calls, {}); }
+    Lines TakeReports() { return std::exchange(reports, {}); }
+
+    void* lastBlock = nullptr;
+    bool mayRelease = true;
+    void (*duringHook)() = nullptr;
+    Lines reports;
+
+private:
+    static void OnAllocate(void* block, std::size_t size, const char* file, int line, int kind)
+    {
+        g_current->Tell("allocate " + std::to_string(size) + ' ' + file + ':' + std::to_string(line) +
+                        (kind != 0 ? " kind " + std::to_string(kind) : "") + (block == nullptr ? " null" : ""));
+        g_current->lastBlock = block;
+        if (block == nullptr || !memory::LaysHeaders())
+            return;
+        auto* const header = static_cast<memory::BlockHeader*>(block);
+        header->size = static_cast<std::int32_t>(size - memory::HeaderSize);
+        header->index = g_state.slotCount++;
+        header->initialCount = memory::NoInitialCount;
+        std::memset(header + 1, 1, size - memory::HeaderSize);
+        header->tag = static_cast<std::uint16_t>(memory::TagOfKind0 + kind);
+    }
+
+    static bool OnRelease(void* block, const char* file, int line)
+    {
+        const bool hasHeader = g_state.releaseHasHeader;
+        g_current->Tell(std::string("release ") + file + ':' + std::to_string(line) + (hasHeader ? " header" : "") +
+                        (block == nullptr ? " null" : ""));
+        g_current->lastBlock = block;
+        if (hasHeader) {
+            auto* const header = static_cast<memory::BlockHeader*>(block);
+            header->tag = memory::TagReleased;
+            header->size = header->index = memory::ReleasedMark;
+        }
+        return g_current->mayRelease;
+    }
+
+    void Tell(const std::string& call)
+    {
+        m_calls.push_back(call);
+        if (duringHook != nullptr)
+            std::exchange(duringHook, nullptr)();
+    }
+
+    static inline Checker* g_current = nullptr;
+    memory::State m_before;
+    Lines m_calls;
+};
+
+unsigned char* Bytes(void* block)
+{
+    return static_cast<unsigned char*>(block);
+}
+
+// ---- Headers -------------------------------------------------------------------------------------------------------
+
+TEST(Headers, StandInFrontOfTheBlock)
+{
+    for (const int mode : {2, 4}) {
+        Checker checker(mode);
+        void* const block = VBuMalloc(10, File, 3, 1);
+        EXPECT_EQ(checker.TakeCalls(), Lines{"allocate 26 part.cpp:3 kind 1"});
+        EXPECT_EQ(checker.lastBlock, Bytes(block) - 16);
+        std::uint16_t tag = 0;
+        std::int32_t fields[3] = {};
+        std::memcpy(&tag, Bytes(block) - 16, sizeof tag);
+        std::memcpy(fields, Bytes(block) - 12, sizeof fields);
+        EXPECT_EQ(tag, 12346);
+        EXPECT_EQ(fields[0], 10);
+        EXPECT_EQ(fields[1], 0);
+        EXPECT_EQ(fields[2], -1);
+        VBuFree(block, File, 4);
+        EXPECT_EQ(checker.TakeCalls(), Lines{"release part.cpp:4 header"});
+        EXPECT_EQ(checker.lastBlock, Bytes(block) - 16);
+    }
+}
+
+TEST(Headers, AreLaidInTwoModesUnlessSuppressed)
+{
+    for (int mode = 0; mode <= 4; ++mode)
+        for (const int suppression : {-1, 0, 1, 2}) {
+            Checker checker(mode);
+            g_state.headerSuppression = suppression;
+            void* const block = VBuMalloc(10, File, 3, 0);
+            const bool hasHeader = (mode == 2 || mode == 4) && suppression <= 0;
+            EXPECT_EQ(Bytes(block) - Bytes(checker.lastBlock), hasHeader ? 16 : 0) << mode << ' ' << suppression;
+            VBuFree(block, File, 4);
+            EXPECT_EQ(checker.TakeCalls(), (Lines{hasHeader ? "allocate 26 part.cpp:3" : "allocate 10 part.cpp:3",
+                                                  hasHeader ? "release part.cpp:4 header" : "release part.cpp:4"}));
+        }
+}
+
+TEST(Headers, AreRecognisedAfterCheckingToo)
+{
+    Checker checker;
+    void* blocks[4];
+    for (void*& block : blocks)
+        block = VBuMalloc(40, File, 1, 0);
+    std::memcpy(blocks[3], "content", 8);
+    g_state.mode = 1;
+    VBuFree(blocks[0], File, 1);
+    g_state.active = 0;
+    VBuFree(blocks[1], File, 1);
+    EXPECT_EQ(VBuRealloc(blocks[2], 0, File, 1), nullptr);
+    blocks[3] = VBuRealloc(blocks[3], 80, File, 1);  // becomes a bare block
+    EXPECT_STREQ(static_cast<char*>(blocks[3]), "content");
+    VBuFree(blocks[3], File, 1);
+}
+
+// A pointer with 16 bytes in front of it that may look like a header.
+struct LookAlike
+{
+    memory::BlockHeader header;
+    char content[16];
+};
+
+TEST(Headers, HaveToBePlausible)
+{
+    const struct
+    {
+        memory::BlockHeader header;
+        HeaderState expected;
+    } rows[] = {
+        {{12345, 0, 0, -1, -1}, HeaderState::Live},
+        {{12346, 0xFFFF, INT_MAX, 0, 0}, HeaderState::Live},
+        {{12347, 0, 8, 14, -1}, HeaderState::Live},
+        {{12347, 0, 8, 15, -1}, HeaderState::None},
+        {{12345, 0, -1, 0, -1}, HeaderState::None},
+        {{12345, 0, 8, -2, -1}, HeaderState::None},
+        {{12344, 0, 8, 0, -1}, HeaderState::None},
+        {{12348, 0, 8, 0, -1}, HeaderState::None},
+        {{23456, 0, -123456, -123456, -1}, HeaderState::Released},
+        {{23456, 0, 8, -123456, -1}, HeaderState::None},
+        {{23456, 0, -123456, 0, -1}, HeaderState::None},
+    };
+    Checker checker;
+    for (const auto& row : rows) {
+        LookAlike block{row.header, {}};
+        g_state.slotCount = 10;
+        g_state.headersLaid = 0;
+        EXPECT_EQ(memory::FindHeader(block.content), HeaderState::None) << &row - rows;
+        g_state.headersLaid = 1;
+        EXPECT_EQ(memory::FindHeader(block.content), row.expected) << &row - rows;
+    }
+    EXPECT_EQ(memory::FindHeader(nullptr), HeaderState::None);
+}
+
+TEST(Headers, OfKind2HideSizeAndCount)
+{
+    Checker checker;
+    for (int kind = 0; kind <= 2; ++kind) {
+        void* const block = VBuMalloc(10, File, 1, kind);
+        std::size_t size = 0;
+        EXPECT_EQ(MovraMemChkGetAllocInfo(block, &size), kind == 2 ? 1 : 0);
+        EXPECT_EQ(size, kind == 2 ? 0u : 10u);
+        EXPECT_EQ(MovraMemChkGetInitialCount(block), -1);
+        EXPECT_EQ(MovraMemChkSetInitialCount(block, 250), 0);
+        EXPECT_EQ(MovraMemChkGetInitialCount(block), kind == 2 ? -1 : 250);
+        VBuFree(block, File, 1);
+    }
+}
+
+TEST(Headers, AreFoundThroughTheAccessors)
+{
+    Checker checker(4);
+    void* const block = VBuMalloc(10, File, 1, 2);
+    void* pointer = block;
+    std::size_t size = 10;
+    EXPECT_EQ(MovraMemChkGetActualPtr(&pointer, &size), 0);
+    EXPECT_EQ(pointer, Bytes(block) - 16);
+    EXPECT_EQ(size, 26u);
+    EXPECT_EQ(MovraMemChkGetClientPtr(&pointer), 0);
+    EXPECT_EQ(pointer, block);
+    EXPECT_EQ(MovraMemChkGetActualPtr(&pointer, nullptr), 0);
+    pointer = nullptr;
+    EXPECT_EQ(MovraMemChkGetActualPtr(&pointer, &size), 0);  // a size alone is raised
+    EXPECT_EQ(size, 42u);
+
+    LookAlike bare{};
+    pointer = bare.content;
+    EXPECT_EQ(MovraMemChkGetActualPtr(&pointer, &size), 1);
+    EXPECT_EQ(MovraMemChkGetAllocInfo(pointer, &size), 1);
+    EXPECT_EQ(MovraMemChkGetAllocInfo(nullptr, &size), 1);
+    EXPECT_EQ(MovraMemChkSetInitialCount(pointer, 7), 0);
+    EXPECT_EQ(MovraMemChkSetInitialCount(nullptr, 7), 0);
+    EXPECT_EQ(bare.header.initialCount, 0);
+    EXPECT_EQ(pointer, bare.content);
+
+    g_state.mode = 0;
+    pointer = block;
+    EXPECT_EQ(MovraMemChkGetActualPtr(&pointer, &size), 0);
+    EXPECT_EQ(MovraMemChkGetAllocInfo(pointer, &size), 1);
+    EXPECT_EQ(MovraMemChkGetClientPtr(&pointer), 0);
+    EXPECT_EQ(MovraMemChkSetInitialCount(pointer, 7), 1);
+    EXPECT_EQ(pointer, block);
+    EXPECT_EQ(size, 42u);
+    VBuFree(block, File, 1);
+}
+
+// ---- Hooks ---------------------------------------------------------------------------------------------------------
+
+TEST(Hooks, SeeAResizedBlockAsANewOneOfKind0)
+{
+    Checker checker;
+    for (const std::size_t size : {5, 20}) {
+        void* block = VBuMalloc(10, File, 1, 1);
+        std::memcpy(block, "123456789", 10);
+        block = VBuRealloc(block, size, File, 2);
+        EXPECT_EQ(checker.TakeCalls(),
+                  (Lines{"allocate 26 part.cpp:1 kind 1", "allocate " + std::to_string(size + 16) + " part.cpp:2",
+                         "release part.cpp:2 header"}));
+        EXPECT_EQ(std::memcmp(block, size == 5 ? "12345" : "123456789\0\1\1", std::min<std::size_t>(size, 12)), 0);
+        EXPECT_EQ(memory::HeaderOf(block)->tag, 12345);
+        VBuFree(block, File, 3);
+        checker.TakeCalls();
+    }
+}
+
+TEST(Hooks, SeeABlockResizedToNothingReleased)
+{
+    Checker checker;
+    EXPECT_EQ(VBuRealloc(VBuMalloc(10, File, 1, 0), 0, File, 2), nullptr);
+    EXPECT_EQ(checker.TakeReports(), (Lines{"Memory allocation Error <VxRealloc>: 0 Bytes\n",
+                                            "Memory allocation Error <VxMalloc>: 0 Bytes\n"}));
+    EXPECT_EQ(checker.TakeCalls(), (Lines{"allocate 26 part.cpp:1", "release part.cpp:2 header"}));
+
+    g_state.mode = 0;
+    EXPECT_EQ(VBuRealloc(VBuMalloc(10, File, 1, 0), 0, File, 2), nullptr);
+    EXPECT_EQ(checker.TakeReports(),
+              (Lines{"Memory allocation Error <VxRealloc>: 0 Bytes\n", "VxRealloc: Memory allocation error (fatal)"}));
+    EXPECT_EQ(checker.TakeCalls(), Lines{"allocate 10 part.cpp:1"});  // resizing is not told of in this mode
+}
+
+TEST(Hooks, ForbidToGiveABlockBackTwice)
+{
+    Checker checker;
+    void* const block = VBuMalloc(10, File, 1, 0);
+    checker.mayRelease = false;
+    VBuFree(block, File, 2);  // refused by the hook, which marks the block as released
+    checker.mayRelease = true;
+    VBuFree(block, File, 3);  // the mark is enough
+    g_state.active = 0;
+    VBuFree(block, File, 4);
+    EXPECT_EQ(VBuRealloc(block, 20, File, 5), nullptr);
+    EXPECT_EQ(checker.TakeReports(), Lines{"VxRealloc: Memory allocation error (fatal)"});
+    EXPECT_EQ(checker.TakeCalls(),
+              (Lines{"allocate 26 part.cpp:1", "release part.cpp:2 header", "release part.cpp:3"}));
+    VxFree(memory::HeaderOf(block));
+}
+
+TEST(Hooks, AreToldOfExhaustedMemoryWithoutAFailureReport)
+{
+    ReportScope reports;
+    Checker checker;
+    allocation::FailOnce(1);
+    EXPECT_EQ(VBuMalloc(10, File, 1, 0), nullptr);
+    EXPECT_EQ(checker.TakeCalls(), Lines{"allocate 26 part.cpp:1 null"});
+
+    void* const block = VBuMalloc(10, File, 2, 0);
+    allocation::FailOnce(1);
+    EXPECT_EQ(VBuRealloc(block, 20, File, 3), nullptr);
+    EXPECT_EQ(checker.TakeCalls(), (Lines{"allocate 26 part.cpp:2", "allocate 36 part.cpp:3 null"}));
+    EXPECT_EQ(Bytes(block)[9], 1);  // the block stays
+    VBuFree(block, File, 4);
+    EXPECT_EQ(checker.TakeReports(), Lines());
+    EXPECT_EQ(reports.TakeErrors(), "");
+}
+
+TEST(Hooks, ArePassedOverByWhatTheyAllocate)
+{
+    static void* inner;
+    static void* earlier;
+    Checker checker;
+    earlier = VBuMalloc(8, File, 1, 0);
+    checker.duringHook = [] {
+        inner = VBuMalloc(10, File, 2, 0);
+        EXPECT_EQ(memory::FindHeader(inner), HeaderState::None);
+        VBuAddPointer(inner, 10, File, 2, 0);
+        VBuFree(earlier, File, 3);  // a release is told, lest a record outlives its block
+    };
+    void* const block = VBuMalloc(12, File, 4, 0);
+    VBuFree(inner, File, 5);
+    VBuFree(block, File, 6);
+    EXPECT_EQ(checker.TakeCalls(),
+              (Lines{"allocate 24 part.cpp:1", "allocate 28 part.cpp:4", "release part.cpp:3 header",
+                     "release part.cpp:5", "release part.cpp:6 header"}));
+}
+
+TEST(Hooks, ThatStopCheckingLeaveTheBlockUnmoved)
+{
+    Checker checker;
+    checker.duringHook = [] { g_state.active = 0; };
+    void* const block = VBuMalloc(10, File, 1, 0);
+    EXPECT_EQ(block, checker.lastBlock);
+    VBuFree(block, File, 2);
+}
+
+TEST(Hooks, AreToldOfBlocksObtainedElsewhere)
+{
+    ReportScope reports;
+    LookAlike block{};
+    Checker checker;
+    VBuAddPointer(&block, sizeof block.content, File, 1, 1);
+    EXPECT_EQ(block.header.tag, 12346);
+    EXPECT_EQ(block.header.size, 16);
+    VBuAddPointer(nullptr, 16, File, 2, 0);
+    VBuDeletePointer(block.content, File, 3);
+    EXPECT_EQ(checker.lastBlock, &block);
+    VBuDeletePointer(nullptr, File, 4);
+    EXPECT_EQ(checker.TakeReports(), Lines{"Memory error : Free null pointer"});
+    g_state.mode = 1;
+    VBuAddPointer(block.content, 16, File, 5, 0);
+    EXPECT_EQ(checker.TakeCalls(), (Lines{"allocate 32 part.cpp:1 kind 1", "release part.cpp:3 header",
+                                          "release part.cpp:4 null", "allocate 16 part.cpp:5"}));
+    EXPECT_EQ(reports.TakePosted(), Lines());  // an installed reporter is alone
+}
+
+// The size field of a header has 32 bits with a sign.
+TEST(Hooks, AreNotToldOfBlocksThatNoHeaderCanDescribe)
+{
+    ReportScope reports;
+    Checker checker;
+    for (const std::size_t size : {std::size_t{INT32_MAX}, std::size_t{INT32_MAX} + 1, std::size_t{1} << 40}) {
+        allocation::FailOnce(1);
+        EXPECT_EQ(VBuMalloc(size, File, 2, 0), nullptr);
+    }
+    EXPECT_EQ(checker.TakeReports().size(), 2u);
+    EXPECT_EQ(checker.TakeCalls(), Lines{"allocate 2147483663 part.cpp:2 null"});
+}
+
+// Checking that was started without being initialised has no hook: the block is taken and lost.
+TEST(Hooks, ThatAreMissingFailEveryAllocation)
+{
+    ReportScope reports;
+    InitVxHeap();
+    void* const first = VBuMalloc(32, File, 1, 0);
+    VBuFree(first, File, 1);
+    {
+        Checker checker;
+        g_state.allocationHook = nullptr;
+        EXPECT_EQ(VBuMalloc(16, File, 1, 0), nullptr);  // takes the block of 32 bytes
+        EXPECT_EQ(checker.TakeReports(), Lines{"VxMalloc : Memory allocation error (fatal)"});
+    }
+    void* const second = VBuMalloc(32, File, 1, 0);
+    EXPECT_NE(second, first);
+    VBuFree(second, File, 1);
+    vxheap::Reset();
+}
+
+// ---- Growing arrays ------------------------------------------------------------------------------------------------
+
+TEST(GrowingArraysInternal, RoundInSixtyFourBits)
+{
+    EXPECT_EQ(memory::RoundedCapacity(999'999'999), 1'000'000'000);
+    EXPECT_EQ(memory::RoundedCapacity(1'000'000'000), 1'000'000'000);
+    EXPECT_EQ(memory::RoundedCapacity(1'000'000'001), 2'000'000'000);
+    EXPECT_EQ(memory::RoundedCapacity(2'147'483'647), 3'000'000'000);
+    EXPECT_EQ(memory::GrownCapacity(2'000'000'000, 100'000'000), 3'000'000'000);
+    EXPECT_EQ(memory::GrownCapacity(2'100'000'000, 40'000'000), 0);
+}
+
+TEST(GrowingArraysInternal, WarnWhenTheInitialCountChanges)
+{
+    RecordingUpdater updater;
+    Checker checker;
+    int count = 0;
+    void** array = nullptr;
+    void* element = nullptr;
+    const auto append = [&](int initialCount) {
+        VBuBlockAllocAndAppend(&count, &array, 8, 1, &element, initialCount, File, 12);
+        return updater.TakeLines();
+    };
+    EXPECT_EQ(append(250), Lines());
+    EXPECT_EQ(MovraMemChkGetInitialCount(array), 250);
+    EXPECT_EQ(append(250), Lines());
+    EXPECT_EQ(append(15),
+              Lines{"console 0: VBuBlockAll... is called with different initial counts! Called at line 12 in "
+                    "File part.cpp"});
+    EXPECT_EQ(MovraMemChkGetInitialCount(array), 250);  // the block had room and stayed
+    MovraMemChkSetInitialCount(array, -1);
+    EXPECT_EQ(append(15), Lines());
+    VBuFree(array, File, 1);
+}
+
+// ---- Memory mode ---------------------------------------------------------------------------------------------------
+
+int g_tableReleases;
+
+TEST(MemoryModeInternal, DropsTheRecordsWhenAnotherModeIsAskedFor)
+{
+    Checker checker;
+    g_state.freeRecordTable = [] { ++g_tableReleases; };
+    const struct
+    {
+        int before, asked, second, releases, secondAfter;
+    } rows[] = {{2, 1, 1, 1, 1}, {1, 1, 0, 0, 0}, {2, 7, 3, 1, 3}, {0, -1, 1, 1, 1}, {4, 0, 1, 0, -9}, {4, 1, 0, 1, 0}};
+    for (const auto& row : rows) {
+        g_state.mode = row.before;
+        g_state.second = -9;
+        g_tableReleases = 0;
+        VMemorySetMode(row.asked, row.second);
+        EXPECT_EQ(g_tableReleases, row.releases) << &row - rows;
+        EXPECT_EQ(g_state.second, row.secondAfter) << &row - rows;
+    }
+}
+
+// ---- Exhausted memory ----------------------------------------------------------------------------------------------
+
+// Every function, each result either complete or its documented failure.
+void AllocateEverything()
+{
+    char* text = VBuStrDup("content", File, 1);
+    EXPECT_TRUE(text == nullptr || std::strcmp(text, "content") == 0);
+    auto* zeroed = static_cast<unsigned char*>(VBuCalloc(3, 7, File, 1));
+    EXPECT_TRUE(zeroed == nullptr || std::count(zeroed, zeroed + 21, 0) == 21);
+    char* moved = text == nullptr ? nullptr : static_cast<char*>(VBuRealloc(text, 500, File, 1));
+    EXPECT_STREQ(moved != nullptr ? moved : (text != nullptr ? text : "content"), "content");
+    VBuFree(moved != nullptr ? moved : text, File, 1);
+    VBuFree(zeroed, File, 1);
+
+    int count = 0;
+    void* exact = nullptr;
+    for (int i = 0; i < 2; ++i) {
+        void* const before = exact;
+        const int countBefore = count;
+        if (VBuAllocAndCopy(count, exact, 4, 1, "abcd", File, 1) != 0) {
+            EXPECT_EQ(exact, nullptr);
+            EXPECT_EQ(count, countBefore);
+            VBuFree(before, File, 1);  // as with realloc, it is still there
+            break;
+        }
+    }
+    VBuFree(exact, File, 1);
+
+    void* elements[6] = {};
+    count = 0;
+    void** array = nullptr;
+    if (VBuBlockAllocAndAppend(&count, &array, 8, 6, elements, 0, File, 1) == 48 && array != nullptr) {
+        void** const before = array;
+        VBuBlockAllocAndAppend(&count, &array, 8, 1, elements, 0, File, 1);
+        EXPECT_EQ(count, array == nullptr ? 6 : 7);
+        if (array == nullptr)
+            VBuFree(before, File, 1);
+    }
+    EXPECT_EQ(array != nullptr, count == 7);
+    VBuFree(array, File, 1);
+}
+
+TEST(TrackedAllocation, GivesTheDocumentedFailures)
+{
+    ReportScope reports;
+    EXPECT_GE(allocation::ForEachFailure(AllocateEverything), 7);
+    for (const int mode : {1, 2}) {
+        Checker checker(mode);
+        g_state.allocationHook = [](void* block, std::size_t size, const char*, int, int) {
+            if (block != nullptr && memory::LaysHeaders())
+                *static_cast<memory::BlockHeader*>(block) = {12345, 0, static_cast<std::int32_t>(size - 16), -1, -1};
+        };
+        g_state.releaseHook = nullptr;
+        g_state.errorReporter = [](const char*, int) {};
+        EXPECT_GE(allocation::ForEachFailure(AllocateEverything), 7);
+    }
+}
+
+}  // namespace

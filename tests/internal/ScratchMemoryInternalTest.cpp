@@ -1,0 +1,96 @@
+#include "TuvoMemory/ModuleNames.h"
+#include "TuvoMemory/ScratchBuffer.h"
+#include "TuvoMemory/TrackedPtr.h"
+#include "support/AllocationControl.h"
+#include "support/ReportScope.h"
+
+#include <TuvoUtil/Memory.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <utility>
+
+namespace {
+
+TEST(ScratchBuffer, TakesNoBlockUntilItGrows)
+{
+    const long before = allocation::LiveBlocks();
+    ScratchBuffer<int, 4> buffer(modules::TuvoMemory);
+    for (int i = 0; i < 4; ++i)
+        ASSERT_TRUE(buffer.Append(i));
+    EXPECT_EQ(allocation::LiveBlocks(), before);
+    ASSERT_TRUE(buffer.Append(4));
+    EXPECT_EQ(allocation::LiveBlocks(), before + 1);
+    ASSERT_TRUE(buffer.Resize(1000));
+    buffer[999] = 999;
+    ASSERT_TRUE(buffer.Append(1000));
+    for (const int i : {0, 1, 2, 3, 4, 999, 1000})
+        EXPECT_EQ(buffer[static_cast<std::size_t>(i)], i);
+    EXPECT_EQ(buffer.end() - buffer.begin(), 1001);
+    buffer.Clear();
+    EXPECT_TRUE(buffer.IsEmpty());
+    EXPECT_EQ(allocation::LiveBlocks(), before + 1);
+}
+
+TEST(ScratchBuffer, AppendsRunsAndRefusesWhatDoesNotFit)
+{
+    ScratchBuffer<char, 3> text(modules::TuvoMemory);
+    std::string expected;
+    for (const std::string part : {"", "ab", "c", "", "defghijkl", "mn"}) {
+        ASSERT_TRUE(text.Append(part.data(), part.size()));
+        expected += part;
+    }
+    ASSERT_TRUE(text.Append(nullptr, 0));
+    EXPECT_FALSE(text.Append("x", SIZE_MAX));
+    EXPECT_FALSE(text.Append("x", PTRDIFF_MAX));
+    EXPECT_FALSE(text.Reserve(SIZE_MAX));
+    EXPECT_FALSE(text.Resize(std::size_t{PTRDIFF_MAX} + 1));
+    EXPECT_EQ(std::string(text.Data(), text.Size()), expected);
+
+    ScratchBuffer<double, 1> numbers(modules::TuvoMemory);
+    EXPECT_FALSE(numbers.Reserve(SIZE_MAX / sizeof(double)));
+}
+
+TEST(ScratchBuffer, KeepsItsContentWhenMemoryIsExhausted)
+{
+    ReportScope reports;
+    EXPECT_EQ(allocation::ForEachFailure([] {
+                  ScratchBuffer<char, 2> text(modules::TuvoMemory);
+                  ASSERT_TRUE(text.Append("ab", 2));
+                  const bool hasFirst = text.Append("cd", 2);
+                  const bool hasSecond = text.Reserve(1000);
+                  EXPECT_EQ(text.Size(), hasFirst ? 4u : 2u);
+                  EXPECT_EQ(std::memcmp(text.Data(), "abcd", text.Size()), 0);
+                  EXPECT_EQ(text.Capacity() >= 1000, hasSecond);
+              }),
+              2);
+}
+
+TEST(TrackedPtr, OwnsOneBlock)
+{
+    const auto copyOf = [](const char* text) { return VBuStrDup(text, modules::TuvoMemory, __LINE__); };
+    const long before = allocation::LiveBlocks();
+    {
+        TrackedPtr<char> first(modules::TuvoMemory, copyOf("first"));
+        TrackedPtr<char> second(std::move(first));
+        EXPECT_FALSE(first);
+        EXPECT_EQ(second[0], 'f');
+        first.Reset(copyOf("next"));
+        first.Reset(first.Get());
+        second = std::move(first);
+        EXPECT_STREQ(second.Get(), "next");
+        EXPECT_EQ(allocation::LiveBlocks(), before + 1);
+        second.Reset();
+        EXPECT_EQ(allocation::LiveBlocks(), before);
+        second.Reset(copyOf("given away"));
+        char* block = second.Release();
+        EXPECT_FALSE(second);
+        VBU_FREE(block, modules::TuvoMemory, __LINE__);
+    }
+    EXPECT_EQ(allocation::LiveBlocks(), before);
+}
+
+}  // namespace
