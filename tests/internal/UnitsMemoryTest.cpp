@@ -1,0 +1,181 @@
+// Exhausted memory at every allocation of every function of the unit family.
+
+#include <TuvoUtil/Memory.h>
+#include <TuvoUtil/Units.h>
+
+#include "VUnit/Catalogue.h"
+
+#include "support/AllocationControl.h"
+#include "support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+constexpr char CatalogueText[] = R"(<UNITS>
+  <BASE_TYPE TYPE="LENGTH"><BASE_UNIT NAME="Metre" ABBR="m" ID="1" CONV_VAL="1"/>
+    <BASE_UNIT NAME="Micrometre" ABBR="µm" ID="2" CONV_VAL="1e6"/></BASE_TYPE>
+  <UNIT_SYSTEM NAME="SI" DISPLAY_NAME="m" ID="0" LENGTH_UNIT="1" MASS_UNIT="-1" TIME_UNIT="-1" HEAT_UNIT="-1"/>
+  <UNIT_SYSTEM NAME="µ" DISPLAY_NAME="µm" ID="1" LENGTH_UNIT="2" MASS_UNIT="-1" TIME_UNIT="-1" HEAT_UNIT="-1"/>
+  <DATA_TYPE NAME="Length" ID="1" NUM_L="1" DISPLAY_UNIT_ID_NAME="0:meter;1:µ" ZAMVIEW_NAME="LEN"/>
+  <DATA_TYPE NAME="Fläche" ID="2" NUM_L="2"/>
+</UNITS>)";
+
+class UnitsMemory : public testing::Test
+{
+protected:
+    UnitsMemory()
+    {
+        m_folder.Write("unit.xml", CatalogueText);
+        m_directory = m_folder.NarrowPath();
+        m_directory.pop_back();
+        m_file = m_folder.NarrowPath("unit.xml");
+    }
+    ~UnitsMemory() override { catalogue::ResetForTests(); }
+
+    void Load()
+    {
+        catalogue::ResetForTests();
+        ASSERT_EQ(VUnitUtlFillObject(m_file.c_str(), nullptr), 1);
+    }
+
+    // Runs `work` on a newly loaded catalogue, with its allocations failing one after the other, and expects that some
+    // do.
+    template <typename Work>
+    void OnFreshCatalogues(Work work)
+    {
+        long failures = 0;
+        for (long n = 1;; ++n, ++failures) {
+            Load();
+            allocation::FailOnce(n);
+            work();
+            const bool failed = allocation::HasFailed();
+            allocation::FailFrom(0);
+            if (!failed)
+                break;
+        }
+        EXPECT_GT(failures, 0);
+    }
+
+    static bool HasLengths(int units, int systems, int types)
+    {
+        const catalogue::Lengths lengths = catalogue::CurrentLengths();
+        return lengths.units == units && lengths.systems == systems && lengths.dataTypes == types;
+    }
+
+    TemporaryFolder m_folder;
+    std::string m_directory, m_file;
+};
+
+TEST_F(UnitsMemory, AFileIsReadWholeOrNotAtAll)
+{
+    const long failures = allocation::ForEachFailure([&] {
+        catalogue::ResetForTests();
+        char* text = nullptr;
+        if (VUnitUtlFillObject(m_file.c_str(), &text) == 1) {
+            EXPECT_TRUE(HasLengths(2, 2, 2));
+            EXPECT_EQ(text, nullptr);
+            EXPECT_EQ(catalogue::Get().m_dataTypes[0].displayUnitCount, 2);
+        } else {
+            EXPECT_TRUE(HasLengths(0, 0, 0));
+        }
+        VBuFree(text, "test", __LINE__);
+    });
+    EXPECT_GT(failures, 10);
+}
+
+TEST_F(UnitsMemory, AFurtherFileLeavesTheFirstOneWhole)
+{
+    OnFreshCatalogues([&] {
+        const bool isRead = VUnitUtlFillObject(m_file.c_str(), nullptr) == 1;
+        EXPECT_TRUE(isRead ? HasLengths(4, 4, 4) : HasLengths(2, 2, 2));
+        EXPECT_STREQ(VUnitUtlGetDataTypeNameFromId(1), "Length");
+        EXPECT_EQ(VUnitUtlGetDataTypeId("nothing"), -1);
+    });
+}
+
+TEST_F(UnitsMemory, TheStartGivesAWholeOrAnEmptyCatalogue)
+{
+    allocation::ForEachFailure([&] {
+        catalogue::ResetForTests();
+        VUnitUtlMain(m_directory.c_str());
+        const catalogue::Lengths lengths = catalogue::CurrentLengths();
+        EXPECT_TRUE(lengths.dataTypes == 0 || lengths.dataTypes == 2) << lengths.dataTypes;
+        const char* const path = VUnitUtlGetPath();
+        EXPECT_TRUE(path == nullptr || path == m_directory);
+    });
+}
+
+TEST_F(UnitsMemory, LookupsFindTheSame)
+{
+    OnFreshCatalogues([] {
+        EXPECT_EQ(VUnitUtlGetBaseTypeFromId(2), 0);
+        EXPECT_EQ(VUnitUtlGetBaseIdFromName("M"), 1);
+        EXPECT_EQ(VUnitUtlGetDataTypeId("LENGTH"), 1);
+        EXPECT_STREQ(VUnitUtlGetDataTypeNameFromId(1), "Length");
+        EXPECT_STREQ(VUnitUtlGetDataTypeName(1, 0, 0, 0, 0), "Length");
+        EXPECT_STREQ(VUnitUtlGetDataTypeNameFromZamViewDataTypeName("len"), "Length");
+        EXPECT_EQ(VUnitUtlGetUnitSystemId("m", "", "", ""), 0);
+        EXPECT_EQ(VUnitUtlGetUnitSystemStringsFromSystemDisplayName("M", nullptr, nullptr, nullptr, nullptr), 0);
+        EXPECT_STREQ(VUnitUtlGetMappedUnitName(2, 0, nullptr, nullptr, nullptr, nullptr), "")
+            << "system 0 has no texts";
+        double converted = 0.0;
+        VUnitUtlConvertFromOneToAnother(2, 2, 1, 0, 5e12, &converted);
+        EXPECT_EQ(converted, 5.0);
+    });
+}
+
+TEST_F(UnitsMemory, AppendingSucceedsOrChangesNothing)
+{
+    OnFreshCatalogues([] {
+        const int id = VUnitUtlGetUnitSystemId("", "m", "", "");
+        EXPECT_TRUE(id == 2 ? HasLengths(2, 3, 2) : id == -1 && HasLengths(2, 2, 2)) << id;
+    });
+    OnFreshCatalogues([] {
+        const int id = VUnitUtlSetCurrentSystem("", "m", "", "");
+        EXPECT_EQ(VUnitUtlGetCurrentSystem(), id == -1 ? 0 : 2);
+    });
+    OnFreshCatalogues([] {
+        const char* const name = VUnitUtlGetDataTypeName(9, 9, 9, 9, 1);
+        EXPECT_TRUE(name == nullptr ? HasLengths(2, 2, 2) : std::string(name) == "UnKnown3" && HasLengths(2, 2, 3));
+    });
+    OnFreshCatalogues([] {
+        const char* const name = VUnitUtlGetDataTypeNameFromZamViewDataTypeName("New");
+        EXPECT_TRUE(name == nullptr ? HasLengths(2, 2, 2) : std::string(name) == "New" && HasLengths(2, 2, 3));
+    });
+}
+
+TEST_F(UnitsMemory, ListsAreGivenWholeOrNotAtAll)
+{
+    int (*const lists[])(char***) = {VUnitUtlGetDataTypeList, VUnitUtlGetDisplayedSystemTypeList};
+    for (const auto list : lists)
+        OnFreshCatalogues([&] {
+            char** names = nullptr;
+            const int count = list(&names);
+            EXPECT_TRUE(count == 2 || (count == 0 && names == nullptr)) << count;
+            for (int i = 0; i < count; ++i)
+                VBuFree(names[i], "test", __LINE__);
+            VBuFree(names, "test", __LINE__);
+        });
+    OnFreshCatalogues([] {
+        char** units = nullptr;
+        const int count = VUnitBaseUnitForType(0, &units);
+        EXPECT_EQ(count, units != nullptr ? 2 : 0);
+        VBuFree(units, "test", __LINE__);
+    });
+}
+
+TEST_F(UnitsMemory, RepresentationsAreGivenOrEmpty)
+{
+    OnFreshCatalogues([] {
+        BuString text;
+        const int isDisplayUnit = VUnitUtlGetUnitRepresentation(
+            L"Length with a name that is too long to be kept in place", "\xC2\xB5m", "", "", "", text);
+        EXPECT_EQ(isDisplayUnit, 0);
+        EXPECT_TRUE(text.IsEmpty());
+    });
+}
+
+}  // namespace
