@@ -8,7 +8,7 @@
 
 struct ThreadState
 {
-    static constexpr unsigned int ErrorCapacity = 64;
+    static constexpr unsigned int ErrorCapacity = 64 + 1;  // an error outlives the next 64
 
     BuErrObj errors[ErrorCapacity];  // a ring: the error number n stands at n % ErrorCapacity
     std::uint64_t errorCount = 0;    // errors made so far
