@@ -17,7 +17,6 @@
 #include <cmath>
 #include <functional>
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -296,17 +295,22 @@ std::string ExpressionOf(const std::string& word)
 // A unit text to a power, which the square of "MPa mm^0.5" needs: "(MPa)^2 (mm)^1".
 std::string ExpressionOfText(const std::string& text, double power)
 {
-    static const std::regex wordAndExponent("([A-Za-z]+)(?:\\^([0-9.]+))?");
+    const auto isLetter = [](unsigned char c) { return std::isalpha(c) != 0; };
     std::string expression;
-    std::size_t end = 0;
-    for (std::sregex_iterator i(text.begin(), text.end(), wordAndExponent), last; i != last; ++i) {
-        const auto at = static_cast<std::size_t>(i->position());
-        const double exponent = (*i)[2].matched ? std::stod((*i)[2]) : 1.0;
-        expression += text.substr(end, at - end) + '(' + ExpressionOf((*i)[1]) + ")^" +
-                      std::to_string(static_cast<int>(exponent * power));
-        end = at + static_cast<std::size_t>(i->length());
+    for (auto at = text.begin(); at != text.end();) {
+        const auto wordEnd = std::find_if_not(at, text.end(), isLetter);
+        if (wordEnd == at) {
+            expression += *at++;
+            continue;
+        }
+        double exponent = 1.0;
+        std::size_t length = 0;
+        if (wordEnd != text.end() && *wordEnd == '^')
+            exponent = std::stod(std::string(wordEnd + 1, text.end()), &length);
+        expression += '(' + ExpressionOf({at, wordEnd}) + ")^" + std::to_string(std::lround(exponent * power));
+        at = wordEnd + static_cast<std::ptrdiff_t>(length == 0 ? 0 : length + 1);
     }
-    return expression + text.substr(end);
+    return expression;
 }
 
 // What the exponents of a type make of the units of a system.
