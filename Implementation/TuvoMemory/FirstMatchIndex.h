@@ -64,6 +64,7 @@ public:
     template <typename Matches>
     Slot& FindSlot(std::uint32_t hash, Matches matches) const
     {
+        assert(HasSlots());
         for (std::uint32_t i = hash & m_mask;; i = (i + 1) & m_mask) {
             Slot& slot = m_slots[i];
             if (slot.position == 0 || (slot.hash == hash && matches(slot.position - 1)))

@@ -87,9 +87,11 @@ int platform::RunProgram(const std::vector<std::wstring>& arguments, const Progr
         if (arguments.empty())
             return -1;
         std::vector<std::string> texts;
+        texts.reserve(arguments.size());
         for (const std::wstring& argument : arguments)
             texts.push_back(Narrow(argument));
         std::vector<char*> pointers;
+        pointers.reserve(arguments.size() + 1);
         for (std::string& text : texts)
             pointers.push_back(text.data());
         pointers.push_back(nullptr);
