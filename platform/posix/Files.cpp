@@ -28,7 +28,7 @@ std::FILE* platform::OpenFile(const wchar_t* path, const wchar_t* mode) noexcept
 {
     return Guarded<std::FILE*>(nullptr, [&]() -> std::FILE* {
         std::string flags = Narrow(mode == nullptr ? L"" : mode);
-        flags.insert(flags.empty() ? 0 : 1, "e");  // programs started by the host do not inherit it
+        flags.insert(flags.empty() ? 0 : 1, 1, 'e');  // programs started by the host do not inherit it
         std::FILE* const file = std::fopen(NativePath(path).c_str(), flags.c_str());
         if (file == nullptr || !IsDirectory(file))
             return file;
