@@ -35,26 +35,24 @@ TEST(Blocks, KeepTheirContentWhenResized)
 {
     std::string expected;
     void* block = nullptr;
-    for (const std::size_t size : {10, 100, 5000, 129, 128, 33, 40, 1}) {
+    for (const std::size_t size : {10u, 100u, 5000u, 129u, 128u, 33u, 40u, 1u}) {
         block = VBuRealloc(block, size, File, __LINE__);
-        ASSERT_NE(block, nullptr);
-        const std::size_t kept = std::min(size, expected.size());
-        EXPECT_EQ(std::memcmp(block, expected.data(), kept), 0) << size;
+        EXPECT_EQ(std::memcmp(block, expected.data(), std::min(size, expected.size())), 0) << size;
         expected.assign(size, static_cast<char>('a' + size % 26));
         std::memcpy(block, expected.data(), size);
     }
     VBU_FREE(block, File, __LINE__);
     EXPECT_EQ(block, nullptr);
+    VBU_FREE(block, File, __LINE__);
+    EXPECT_EQ(__VxFreeLoopCount__, 0);
 }
 
 TEST(Blocks, AreZeroedAndCopied)
 {
     auto* zeroed = static_cast<unsigned char*>(VBuCalloc(7, 9, File, __LINE__));
-    ASSERT_NE(zeroed, nullptr);
     EXPECT_EQ(std::count(zeroed, zeroed + 63, 0), 63);
     VBU_FREE(zeroed, File, __LINE__);
-
-    for (const std::string text : {"", "bolt", "\xE9t\xE9"}) {
+    for (const std::string text : {"", "bolt"}) {
         char* copy = VBuStrDup(text.c_str(), File, __LINE__);
         EXPECT_EQ(copy, text);
         VBU_FREE(copy, File, __LINE__);
@@ -66,14 +64,9 @@ TEST(Blocks, OfNoBytesAreRefused)
 {
     ReportScope reports;
     EXPECT_EQ(Allocate(0), nullptr);
-    EXPECT_EQ(reports.TakeErrors(), "Memory allocation Error <VxMalloc>: 0 Bytes\n\n");
-    EXPECT_EQ(reports.TakePosted(), Lines{"2:Memory allocation Error <VxMalloc>: 0 Bytes\n"});
-
     EXPECT_EQ(VBuCalloc(0, 8, File, __LINE__), nullptr);
-    EXPECT_EQ(VBuCalloc(8, 0, File, __LINE__), nullptr);
     EXPECT_EQ(VBuRealloc(nullptr, 0, File, __LINE__), nullptr);
     EXPECT_EQ(reports.TakePosted(), Lines(3, "2:Memory allocation Error <VxMalloc>: 0 Bytes\n"));
-
     EXPECT_EQ(VBuRealloc(Allocate(8), 0, File, __LINE__), nullptr);
     EXPECT_EQ(reports.TakePosted(),
               (Lines{"2:Memory allocation Error <VxRealloc>: 0 Bytes\n", "2:VxRealloc: Memory allocation error"}));
@@ -88,12 +81,16 @@ TEST(Blocks, ThatCannotBeHadAreReported)
     });
     for (const std::size_t size : {SIZE_MAX, SIZE_MAX - 15, std::size_t{PTRDIFF_MAX}}) {
         EXPECT_EQ(Allocate(size), nullptr);
-        EXPECT_EQ(reports.TakeErrors(),
-                  "Memory allocation Error <VxMalloc>: Null returned\nVxMalloc : Memory allocation error\n");
-        EXPECT_EQ(reports.TakePosted(), (Lines{"2:Kein Speicher", "2:VxMalloc : Memory allocation error"}));
+        EXPECT_EQ(VBuCalloc(size / 2, 3, File, __LINE__), nullptr);
     }
-    EXPECT_EQ(VBuCalloc(SIZE_MAX / 2, 3, File, __LINE__), nullptr);
-    EXPECT_EQ(reports.TakePosted(), (Lines{"2:Kein Speicher", "2:VxMalloc : Memory allocation error"}));
+    std::string errors;
+    Lines posted;
+    for (int i = 0; i < 6; ++i) {
+        errors += "Memory allocation Error <VxMalloc>: Null returned\nVxMalloc : Memory allocation error\n";
+        posted.insert(posted.end(), {"2:Kein Speicher", "2:VxMalloc : Memory allocation error"});
+    }
+    EXPECT_EQ(reports.TakeErrors(), errors);
+    EXPECT_EQ(reports.TakePosted(), posted);
     BuSetTranslator(nullptr);
 
     char* text = VBuStrDup("kept", File, __LINE__);
@@ -103,33 +100,9 @@ TEST(Blocks, ThatCannotBeHadAreReported)
     VBU_FREE(text, File, __LINE__);
 }
 
-TEST(Blocks, AreFreedOnceByTheMacro)
-{
-    EXPECT_EQ(__VxFreeLoopCount__, 0);
-    void* blocks[] = {Allocate(1), nullptr};
-    for (void*& block : blocks) {
-        VBU_FREE(block, File, __LINE__);
-        EXPECT_EQ(block, nullptr);
-    }
-}
-
-TEST(Blocks, ObtainedElsewhereAreNobodysBusinessWhileNotChecking)
-{
-    ReportScope reports;
-    char block[64] = {};
-    VBuAddPointer(block, 48, File, __LINE__, 1);
-    VBuAddPointer(nullptr, 48, File, __LINE__, 1);
-    VBuDeletePointer(block, File, __LINE__);
-    EXPECT_EQ(std::count(block, block + sizeof block, 0), 64);
-    EXPECT_EQ(reports.TakePosted(), Lines());
-    VBuDeletePointer(nullptr, File, __LINE__);
-    EXPECT_EQ(reports.TakePosted(), Lines{"2:Memory error : Free null pointer"});
-    EXPECT_EQ(reports.TakeErrors(), "Memory error : Free null pointer\n");
-}
-
 // ---- Growing arrays ------------------------------------------------------------------------------------------------
 
-// The rule in words: up to the next number that has one digit and zeros.
+// The rule in words: up to the next number of one digit and zeros.
 int CapacityByDigits(int count)
 {
     int unit = 1;
@@ -138,7 +111,7 @@ int CapacityByDigits(int count)
     return (count + unit - 1) / unit * unit;
 }
 
-TEST(GrowingArrays, RoundTheCountUpToItsLeadingDigit)
+TEST(GrowingArrays, AreReallocatedWhenTheCapacityChanges)
 {
     for (int newCount = 1; newCount <= 12345; ++newCount) {
         void** array = nullptr;
@@ -147,30 +120,21 @@ TEST(GrowingArrays, RoundTheCountUpToItsLeadingDigit)
         ASSERT_EQ(count, 0);
         VBU_FREE(array, File, __LINE__);
     }
-}
-
-TEST(GrowingArrays, ReallocateWhenTheCapacityChanges)
-{
     const struct
     {
         int count, newCount, initialCount, elements, countAfter;
     } rows[] = {
-        {37, 39, 0, 0, 39},      {37, 45, 0, 50, 37},       {37, 40, 0, 0, 40},    {40, 41, 0, 50, 40},
-        {45, 37, 0, 40, 45},     {100, 101, 0, 200, 100},   {5, 200, 250, 0, 200}, {200, 5, 250, 0, 5},
-        {249, 250, 250, 0, 250}, {100, 301, 250, 400, 100}, {7, 0, 0, -1, 7},      {7, -3, 0, -1, 7},
+        {37, 39, 0, 0, 39},    {37, 45, 0, 50, 37}, {40, 41, 0, 50, 40},     {45, 37, 0, 40, 45},
+        {5, 200, 250, 0, 200}, {200, 5, 250, 0, 5}, {249, 250, 250, 0, 250}, {100, 301, 250, 400, 100},
+        {7, 0, 0, -1, 7},      {7, -3, 0, -1, 7},
     };
     for (const auto& row : rows) {
         int count = row.count;
-        auto** array = static_cast<void**>(Allocate(CapacityByDigits(row.count) * sizeof(void*)));
-        const int expected = row.elements < 0 ? -1 : row.elements * 8;
-        EXPECT_EQ(UtlBlockReallocArray(&count, &array, 8, row.newCount, row.initialCount), expected) << &row - rows;
+        auto** array = static_cast<void**>(Allocate(8));
+        EXPECT_EQ(UtlBlockReallocArray(&count, &array, 1, row.newCount, row.initialCount), row.elements) << &row - rows;
         EXPECT_EQ(count, row.countAfter) << &row - rows;
         VBU_FREE(array, File, __LINE__);
     }
-}
-
-TEST(GrowingArrays, BelowTheInitialCountGetOnlyTheirCount)
-{
     void** array = nullptr;
     int count = 0;
     EXPECT_EQ(UtlBlockReallocArray(&count, &array, 8, 99, 100), 0);
@@ -184,16 +148,15 @@ TEST(GrowingArrays, MakeRoomForAnAppend)
     {
         int count, addCount, initialCount, grownElements;
     } rows[] = {
-        {0, 1, 250, 300}, {0, 251, 250, 300}, {0, 301, 250, 400}, {250, 1, 250, 0}, {300, 1, 250, 100}, {99, 1, 250, 0},
-        {37, 1, 0, 0},    {37, 3, 0, 0},      {37, 4, 0, 13},     {40, 1, 0, 10},   {7, 1, 0, 1},       {0, 37, 0, 40},
-        {0, 0, 0, 0},     {37, 0, 0, 0},      {37, -1, 0, 0},     {0, -1, 0, 0},    {40, 0, 0, 0},
+        {0, 1, 250, 300}, {0, 251, 250, 300}, {0, 301, 250, 400}, {250, 1, 250, 0}, {300, 1, 250, 100},
+        {99, 1, 250, 0},  {37, 1, 0, 0},      {37, 3, 0, 0},      {37, 4, 0, 13},   {40, 1, 0, 10},
+        {7, 1, 0, 1},     {0, 37, 0, 40},     {0, 0, 0, 0},       {37, -1, 0, 0},   {-1, 1, 0, 0},
     };
     for (const auto& row : rows) {
         int count = row.count;
-        const int room = std::max(CapacityByDigits(std::max(row.count, 1)), row.count > 0 ? row.initialCount : 0);
-        auto** array = row.count == 0 ? nullptr : static_cast<void**>(Allocate(room * sizeof(void*)));
-        EXPECT_EQ(VBuBlockAllocAndAppend(&count, &array, 8, row.addCount, nullptr, row.initialCount, File, __LINE__),
-                  row.grownElements * 8)
+        auto** array = row.count == 0 ? nullptr : static_cast<void**>(Allocate(8));
+        EXPECT_EQ(VBuBlockAllocAndAppend(&count, &array, 1, row.addCount, nullptr, row.initialCount, File, __LINE__),
+                  row.grownElements)
             << &row - rows;
         EXPECT_EQ(count, row.count) << &row - rows;  // nothing was copied
         VBU_FREE(array, File, __LINE__);
@@ -227,7 +190,6 @@ TEST(GrowingArrays, OfExactSizeHoldWhatWasAppended)
     void* array = nullptr;
     EXPECT_EQ(VBuAllocAndCopy(count, array, 3, 0, "abc", File, __LINE__), -1);
     EXPECT_EQ(VBuAllocAndCopy(count, array, 3, -1, "abc", File, __LINE__), -1);
-    EXPECT_EQ(array, nullptr);
     EXPECT_EQ(VBuAllocAndCopy(count, array, 3, 2, "abcdef", File, __LINE__), 0);
     EXPECT_EQ(VBuAllocAndCopy(count, array, 3, 1, nullptr, File, __LINE__), 0);  // room only
     EXPECT_EQ(count, 2);
@@ -249,13 +211,11 @@ TEST(GrowingArrays, ThatDoNotFitBecomeNull)
     for (const auto& row : rows) {
         void* const before = row.count == 0 ? nullptr : Allocate(8);
         void* array = before;
+        auto** blockArray = static_cast<void**>(before);
         int count = row.count;
         EXPECT_EQ(VBuAllocAndCopy(count, array, row.elementSize, row.addCount, source, File, __LINE__), 1);
-        EXPECT_EQ(array, nullptr);
-        EXPECT_EQ(count, row.count);
-
-        auto** blockArray = static_cast<void**>(before);
         VBuBlockAllocAndAppend(&count, &blockArray, row.elementSize, row.addCount, nullptr, 0, File, __LINE__);
+        EXPECT_EQ(array, nullptr);
         EXPECT_EQ(blockArray, nullptr);
         EXPECT_EQ(count, row.count);
         VBuFree(before, File, __LINE__);
@@ -264,17 +224,6 @@ TEST(GrowingArrays, ThatDoNotFitBecomeNull)
     void** array = nullptr;
     EXPECT_EQ(UtlBlockReallocArray(&count, &array, SIZE_MAX / 1000, INT_MAX, 0), INT_MAX);
     EXPECT_EQ(array, nullptr);
-}
-
-TEST(GrowingArrays, AreNotFoundBehindNull)
-{
-    int count = 1;
-    void** array = nullptr;
-    EXPECT_EQ(VBuBlockAllocAndAppend(nullptr, &array, 8, 1, nullptr, 0, File, __LINE__), 0);
-    EXPECT_EQ(VBuBlockAllocAndAppend(&count, nullptr, 8, 1, nullptr, 0, File, __LINE__), 0);
-    EXPECT_EQ(UtlBlockReallocArray(nullptr, &array, 8, 1, 0), -1);
-    EXPECT_EQ(UtlBlockReallocArray(&count, nullptr, 8, 1, 0), -1);
-    EXPECT_EQ(count, 1);
 }
 
 // ---- Memory mode ---------------------------------------------------------------------------------------------------
@@ -292,29 +241,31 @@ TEST(MemoryMode, IsSetAndWarnsOfUnstableChecking)
         int before, mode, result, after;
         bool warns;
     } rows[] = {
-        {2, 0, 2, 0, false}, {0, 1, 0, 1, false}, {1, 3, 1, 3, true},  {3, 4, 3, 4, false},
-        {4, 0, 1, 4, false}, {4, 2, 4, 2, true},  {2, 7, 2, 2, false}, {2, -3, 2, 0, false},
-        {0, 2, 0, 2, true},  {2, 5, 2, 2, false}, {2, 2, 2, 2, true},
+        {2, 0, 2, 0, false}, {0, 1, 0, 1, false}, {1, 3, 1, 3, true},   {3, 4, 3, 4, false}, {4, 0, 1, 4, false},
+        {4, 2, 4, 2, true},  {2, 7, 2, 2, false}, {2, -3, 2, 0, false}, {0, 2, 0, 2, true},
     };
-    for (const wchar_t* const value : {static_cast<const wchar_t*>(nullptr), L"0"}) {
-        platform::SetEnvironmentValue(L"MOVRA_MEM_DEBUG",
-                                      value == nullptr ? std::nullopt : std::optional(std::wstring(value)));
+    for (const std::optional<std::wstring>& value :
+         {std::optional<std::wstring>(), std::optional<std::wstring>(L"0")}) {
+        platform::SetEnvironmentValue(L"MOVRA_MEM_DEBUG", value);
         for (const auto& row : rows) {
             ASSERT_EQ(VMemoryGetMode(), row.before) << &row - rows;
             EXPECT_EQ(VMemorySetMode(row.mode, 0), row.result) << &row - rows;
             EXPECT_EQ(VMemoryGetMode(), row.after) << &row - rows;
-            EXPECT_EQ(reports.TakePosted(), row.warns && value == nullptr ? warning : Lines()) << &row - rows;
+            EXPECT_EQ(reports.TakePosted(), row.warns && !value ? warning : Lines()) << &row - rows;
         }
     }
     platform::SetEnvironmentValue(L"MOVRA_MEM_DEBUG", std::nullopt);
 }
 
-TEST(BlockHeaders, AreNotAskedForWhileNotChecking)
+TEST(Checking, IsOffAtFirst)
 {
-    ASSERT_EQ(MovraIsMemCheckActive(), 0);
+    ReportScope reports;
     char memory[32] = {0x39, 0x30};  // what a header begins with
     void* block = memory + 16;
     std::size_t size = 5;
+    EXPECT_EQ(MovraIsMemCheckActive(), 0);
+    VBuAddPointer(block, 16, File, __LINE__, 1);
+    VBuDeletePointer(block, File, __LINE__);
     EXPECT_EQ(MovraMemChkGetActualPtr(&block, &size), 1);
     EXPECT_EQ(MovraMemChkGetAllocInfo(block, &size), 1);
     EXPECT_EQ(MovraMemChkGetClientPtr(&block), 0);
@@ -322,20 +273,18 @@ TEST(BlockHeaders, AreNotAskedForWhileNotChecking)
     EXPECT_EQ(MovraMemChkSetInitialCount(block, 3), 1);
     EXPECT_EQ(block, memory + 16);
     EXPECT_EQ(size, 5u);
-    MovraMemChkGetActualSize(100, &size);  // the mode alone decides
+    MovraMemChkGetActualSize(100, &size);  // asks for the mode alone
     EXPECT_EQ(size, 116u);
-    VMemorySetMode(1, 0);
-    MovraMemChkGetActualSize(100, &size);
-    EXPECT_EQ(size, 100u);
-    VMemorySetMode(7, 0);
+    EXPECT_EQ(reports.TakePosted(), Lines());
+    VBuDeletePointer(nullptr, File, __LINE__);
+    EXPECT_EQ(reports.TakePosted(), Lines{"2:Memory error : Free null pointer"});
+    EXPECT_EQ(reports.TakeErrors(), "Memory error : Free null pointer\n");
 }
-
-// ---- Call stacks ---------------------------------------------------------------------------------------------------
 
 char* g_captured[] = {nullptr, nullptr, nullptr};
 char* g_resolved[] = {nullptr, nullptr};
 
-TEST(CallStacks, ComeFromTheProvider)
+TEST(CallStackProvider, CapturesAndResolves)
 {
     char** frames = nullptr;
     EXPECT_EQ(VMemoryGetCallStack(&frames), 0);
@@ -351,9 +300,6 @@ TEST(CallStacks, ComeFromTheProvider)
     EXPECT_EQ(VMemoryGetCallStack(&frames), 3);
     EXPECT_EQ(frames, g_captured);
     EXPECT_EQ(VMemoryResolveCallStack(0, &frames), 0);
-    EXPECT_EQ(VMemoryResolveCallStack(-1, &frames), -1);
-    EXPECT_EQ(VMemoryResolveCallStack(3, nullptr), 3);
-    EXPECT_EQ(frames, g_captured);
     EXPECT_EQ(VMemoryResolveCallStack(3, &frames), 2);
     EXPECT_EQ(frames, g_resolved);
     VMemSetGetFuncInfoPtr(nullptr);

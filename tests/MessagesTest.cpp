@@ -16,6 +16,7 @@
 #include <cwchar>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -27,22 +28,15 @@ using Lines = std::vector<std::string>;
 TEST(Messages, ReachTheUpdaterFormatted)
 {
     RecordingUpdater updater;
+    updater.SetResponse(TUVO_RESPONSE_YES);
     TuvoWriteConsoleMessage(TUVO_MESSAGE_WARNING, L"%d of %s", 3, L"hull");
     TuvoWriteConsoleLinkMessage(TUVO_MESSAGE_INFORMATION, L"<a>%s</a>", L"deck.inp");
     TuvoWritePromptMessage(TUVO_MESSAGE_INFORMATION, L"pick %c", L'A');
-    TuvoPostMessageBox(0x40, L"Title", L"%g", 0.5);
-    TuvoPostForcedMessageBox(0, nullptr, L"%S", "narrow");
+    EXPECT_EQ(TuvoPostMessageBox(0x40, L"Title", L"%g", 0.5), TUVO_RESPONSE_YES);
+    EXPECT_EQ(TuvoPostForcedMessageBox(0, nullptr, L"%S", "narrow"), TUVO_RESPONSE_YES);
     TuvoWriteConsoleMessage(TUVO_MESSAGE_ERROR, nullptr);
     EXPECT_EQ(updater.TakeLines(), (Lines{"console 1: 3 of hull", "console 2: <a>deck.inp</a>", "prompt 2: pick A",
                                           "box 64 [Title]: 0.5", "forced box 0 (no caption): narrow", "console 0: "}));
-}
-
-TEST(Messages, GiveTheResponseOfTheUpdater)
-{
-    RecordingUpdater updater;
-    updater.SetResponse(TUVO_RESPONSE_YES);
-    EXPECT_EQ(TuvoPostMessageBox(0, L"", L""), TUVO_RESPONSE_YES);
-    EXPECT_EQ(TuvoPostForcedMessageBox(0, L"", L""), TUVO_RESPONSE_YES);
 }
 
 TEST(Messages, AreNotEvenFormattedWithoutUpdater)
@@ -60,31 +54,22 @@ TEST(Messages, AreNotEvenFormattedWithoutUpdater)
 TEST(Messages, PromptsAloneAreBlocked)
 {
     RecordingUpdater updater;
-    TuvoEnvBlockPrompts();
+    const TuvoBlockAllPrompts outer;
     EXPECT_EQ(TuvoEnvIsPromptsBlocked(), 1);
     TuvoWritePromptMessage(TUVO_MESSAGE_ERROR, L"dropped");
     TuvoWriteConsoleMessage(TUVO_MESSAGE_ERROR, L"written");
     TuvoPostMessageBox(0, L"Title", L"shown");
-    TuvoEnvUnBlockPrompts();
-    EXPECT_EQ(TuvoEnvIsPromptsBlocked(), 0);
-    EXPECT_EQ(updater.TakeLines(), (Lines{"console 0: written", "box 0 [Title]: shown"}));
-}
-
-TEST(Messages, PromptsComeBackWithTheInnerGuard)
-{
-    const TuvoBlockAllPrompts outer;
-    EXPECT_EQ(TuvoEnvIsPromptsBlocked(), 1);
     {
         const TuvoBlockAllPrompts inner;
-        EXPECT_EQ(TuvoEnvIsPromptsBlocked(), 1);
     }
-    EXPECT_EQ(TuvoEnvIsPromptsBlocked(), 0);  // hosts count on it
+    EXPECT_EQ(TuvoEnvIsPromptsBlocked(), 0);  // hosts count on prompts coming back with the inner guard
+    TuvoWritePromptMessage(TUVO_MESSAGE_ERROR, L"asked");
+    EXPECT_EQ(updater.TakeLines(), (Lines{"console 0: written", "box 0 [Title]: shown", "prompt 0: asked"}));
 }
 
-// ---- Diagnostic messages -------------------------------------------------------------------------------------------
-
-int PrintDiagnosticMessages()
+CHILD_SCENARIO(DiagnosticMessages)
 {
+    BuSetTranslator([](const wchar_t*, int) { return L"translated"; });
     RecordingUpdater updater;
     TuvoPostDiagnosticMessage(TUVO_MESSAGE_ERROR, L"%d", 1);
     TuvoPostDiagnosticMessage(TUVO_MESSAGE_WARNING, L"%d", 2);
@@ -95,18 +80,11 @@ int PrintDiagnosticMessages()
     return TuvoIsDvpWarningEnabled();
 }
 
-CHILD_SCENARIO(DiagnosticMessages)
-{
-    BuSetTranslator([](const wchar_t*, int) { return L"translated"; });
-    return PrintDiagnosticMessages();
-}
-
 TEST(DiagnosticMessages, ComeWhenTheSwitchIsOnAtTheFirstUse)
 {
     const ChildResult off = RunChild("DiagnosticMessages", {{L"QD_DVPWARNING_ENABLE", std::nullopt}});
     EXPECT_EQ(off.exitCode, 0);
     EXPECT_EQ(off.output, "");
-
     const ChildResult on = RunChild("DiagnosticMessages", {{L"QD_DVPWARNING_ENABLE", L"yes"}});
     EXPECT_EQ(on.exitCode, 1);
     EXPECT_EQ(on.output, "forced box 16 [Error]: 1\nconsole 1: 2\nconsole 2: 3\n");
@@ -114,38 +92,24 @@ TEST(DiagnosticMessages, ComeWhenTheSwitchIsOnAtTheFirstUse)
 
 // ---- The updater ---------------------------------------------------------------------------------------------------
 
-// Writes down which operation was called with which arguments, and answers unlike the base class.
 class ServiceUpdater : public RecordingUpdater
 {
 public:
-    std::string called;
-
     int CreateProcessWithOption(const char* command, const char* arguments, const _ProcessOptions& options,
                                 void** processHandle, int* processId, bool flag) override
     {
-        called =
-            std::string("create ") + command + ' ' + arguments + ' ' + options.workingDirectory + (flag ? " f" : "");
+        EXPECT_EQ(std::string(command) + arguments + options.workingDirectory, "abc");
         *processHandle = this;
-        *processId = 12;
+        *processId = flag ? 12 : 13;
         return 4;
     }
     int GetUserEnvDirectory(BuString& directory) override
     {
-        called = "user directory";
-        directory = L"C:\\user";
+        directory = L"user";
         return 5;
     }
-    int KillProcess(void* processHandle) override
-    {
-        called = processHandle == this ? "kill" : "kill another";
-        return 6;
-    }
-    int CheckProcess(void* processHandle, int* status) override
-    {
-        called = processHandle == this ? "check" : "check another";
-        *status = 77;
-        return 7;
-    }
+    int KillProcess(void* processHandle) override { return processHandle == this ? 6 : 0; }
+    int CheckProcess(void* processHandle, int* status) override { return processHandle == this ? *status = 7 : 0; }
     const wchar_t* GetCopyright() override { return L"copyright"; }
     const wchar_t* GetHomeDirectoryPath() override { return L"home"; }
     const wchar_t* GetTempDirectoryPath() override { return L"temp"; }
@@ -155,57 +119,46 @@ public:
 TEST(HostServices, AreAnsweredByTheUpdater)
 {
     ServiceUpdater updater;
-    _ProcessOptions options;
-    options.workingDirectory = "here";
     void* handle = nullptr;
     int number = 0;
-    EXPECT_EQ(VEnvCreateProcessWithOption("solve", "-j 2", options, &handle, &number, true), 4);
-    EXPECT_EQ(updater.called, "create solve -j 2 here f");
-    EXPECT_EQ(handle, &updater);
+    EXPECT_EQ(VEnvCreateProcessWithOption("a", "b", {.workingDirectory = "c"}, &handle, &number, true), 4);
     EXPECT_EQ(number, 12);
     EXPECT_EQ(VEnvKillProcess(handle), 6);
-    EXPECT_EQ(updater.called, "kill");
     EXPECT_EQ(VEnvCheckProcess(handle, &number), 7);
-    EXPECT_EQ(updater.called, "check");
-    EXPECT_EQ(number, 77);
+    EXPECT_EQ(number, 7);
     BuString directory;
     EXPECT_EQ(VEnvGetUserEnvDirectory(directory), 0);  // not 5: what the updater says is not passed on
-    EXPECT_STREQ(directory, L"C:\\user");
+    EXPECT_STREQ(directory, L"user");
     EXPECT_STREQ(VEnvGetCopyright(), L"copyright");
     EXPECT_STREQ(VEnvGetHomeDirectoryPath(), L"home");
     EXPECT_STREQ(VEnvGetTempDirectoryPath(), L"temp");
     EXPECT_STREQ(VEnvGetLogDirectoryPath(), L"log");
 }
 
-void ExpectServices(int processAnswer)
+void ExpectNoServices(int processAnswer)
 {
     void* handle = nullptr;
     int number = 1;
     BuString directory(L"as before");
-    EXPECT_EQ(VEnvCreateProcessWithOption("solve", "", {}, &handle, &number, false), processAnswer);
+    EXPECT_EQ(VEnvCreateProcessWithOption("a", "b", {}, &handle, &number, false), processAnswer);
     EXPECT_EQ(VEnvKillProcess(&number), processAnswer);
     EXPECT_EQ(VEnvCheckProcess(&number, &number), processAnswer);
     EXPECT_EQ(VEnvGetUserEnvDirectory(directory), 0);
     EXPECT_STREQ(directory, L"as before");
-    EXPECT_EQ(number, 1);
-    EXPECT_EQ(VEnvGetCopyright(), nullptr);
-    EXPECT_EQ(VEnvGetHomeDirectoryPath(), nullptr);
-    EXPECT_EQ(VEnvGetTempDirectoryPath(), nullptr);
-    EXPECT_EQ(VEnvGetLogDirectoryPath(), nullptr);
+    for (const auto service :
+         {VEnvGetCopyright, VEnvGetHomeDirectoryPath, VEnvGetTempDirectoryPath, VEnvGetLogDirectoryPath})
+        EXPECT_EQ(service(), nullptr);
+    EXPECT_EQ(TuvoPostMessageBox(0, L"", L""), TUVO_RESPONSE_NONE);
 }
 
 TEST(HostServices, AreEmptyWithoutUpdaterAndByDefault)
 {
-    ExpectServices(-1);
-
     class DefaultUpdater : public TuvoEnvUpdater
     {};
+    ExpectNoServices(-1);
     DefaultUpdater updater;
     TuvoEnvUpdater::SetUpdater(&updater);
-    ExpectServices(0);
-    TuvoWritePromptMessage(TUVO_MESSAGE_ERROR, L"");
-    TuvoWriteConsoleMessage(TUVO_MESSAGE_ERROR, L"");
-    EXPECT_EQ(TuvoPostMessageBox(0, L"", L""), TUVO_RESPONSE_NONE);
+    ExpectNoServices(0);
     TuvoEnvUpdater::SetUpdater(nullptr);
 }
 
@@ -221,7 +174,7 @@ Result CallSlot(TuvoEnvUpdater& updater, int slot, Arguments... arguments)
 TEST(TuvoEnvUpdater, KeepsItsSlots)
 {
     ServiceUpdater updater;
-    const _ProcessOptions options{.workingDirectory = "d"};
+    const _ProcessOptions options{.workingDirectory = "c"};
     void* handle = nullptr;
     int number = 0;
     BuString directory;
@@ -250,10 +203,9 @@ TEST(ConsoleMessageHandler, IsKeptAndNeverCalled)
     Handler handler;
     EXPECT_EQ(TuvoGetConsoleMessageHandler(), nullptr);
     TuvoSetConsoleMessageHandler(&handler);
-    EXPECT_EQ(TuvoGetConsoleMessageHandler(), &handler);
     TuvoWriteConsoleMessage(TUVO_MESSAGE_ERROR, L"text");
+    EXPECT_EQ(TuvoGetConsoleMessageHandler(), &handler);
     TuvoSetConsoleMessageHandler(nullptr);
-    EXPECT_EQ(TuvoGetConsoleMessageHandler(), nullptr);
 }
 
 // ---- Error objects -------------------------------------------------------------------------------------------------
@@ -269,9 +221,10 @@ TEST(ErrorObjects, AreToldApart)
         const BuErrObj* object;
         int isError, isWarning, isCancel, code;
     } rows[] = {
-        {nullptr, 0, 0, 0, -32768},           {cancel, 0, 1, 1, 11},
-        {&errorWithThatCode, 1, 0, 0, 11},    {&plainWarning, 0, 1, 0, -32768},
-        {BuSetError(7, L"text"), 1, 0, 0, 7}, {BuSetErrorOfKind(BU_ERR_FATAL, L"text"), 0, 0, 0, -32768},
+        {nullptr, 0, 0, 0, -32768},
+        {cancel, 0, 1, 1, 11},
+        {&errorWithThatCode, 1, 0, 0, 11},
+        {&plainWarning, 0, 1, 0, -32768},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(VIsError(row.object), row.isError) << &row - rows;
@@ -286,95 +239,63 @@ TEST(ErrorObjects, AreShownByKind)
     RecordingUpdater updater;
     BuSetTranslator([](const wchar_t* text, int) { return std::wcscmp(text, L"Error") == 0 ? L"Fehler" : nullptr; });
     // Every text but that of kind 1 is its own format, whose conversions have no arguments.
-    const wchar_t text[] = L"50%% %d|%s";
-    const struct
-    {
-        std::int32_t kind;
-        int postResult;
-        Lines posted, written;
-    } rows[] = {
-        {BU_ERR_PLAIN, 0, {"console 0: 50% |"}, {"console 0: 50% |"}},
-        {BU_ERR_INFORMATION, 0, {"console 2: 50%% %d|%s"}, {"console 2: 50%% %d|%s"}},
-        {BU_ERR_WARNING, 0, {"console 1: 50% |"}, {"console 1: 50% |"}},
-        {BU_ERR_FAILURE, 0, {"console 0: 50% |"}, {"console 0: 50% |"}},
-        {BU_ERR_FATAL, 0, {"box 0 [Fehler]: 50% |"}, {"console 0: 50% |"}},
-        {7, 1, {}, {"console 0: 50% |"}},
-        {-1, 1, {}, {"console 0: 50% |"}},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(VEnvPostError(BuSetErrorOfKind(row.kind, text)), row.postResult) << row.kind;
-        EXPECT_EQ(updater.TakeLines(), row.posted) << row.kind;
-        TuvoWriteConsoleError(BuSetErrorOfKind(row.kind, text));
-        EXPECT_EQ(updater.TakeLines(), row.written) << row.kind;
-    }
-    BuSetTranslator(nullptr);
-}
-
-TEST(ErrorObjects, WithoutTextAreWrittenButNotPosted)
-{
-    RecordingUpdater updater;
-    EXPECT_EQ(VEnvPostError(BuSetError(L"")), 1);
-    EXPECT_EQ(VEnvPostError(nullptr), 1);
-    TuvoWriteConsoleError(nullptr);
-    EXPECT_EQ(updater.TakeLines(), Lines());
-    TuvoWriteConsoleError(BuSetError(L""));
-    EXPECT_EQ(updater.TakeLines(), Lines{"console 0: "});
-}
-
-// The log as "LEVEL:TEXT" while it lives.
-class LogScope
-{
-public:
-    LogScope()
-    {
-        BuLogger::GetInstance().SetSink(
-            [](int level, const wchar_t* text, void* context) {
-                static_cast<Lines*>(context)->push_back(std::to_string(level) + ':' + platform::Narrow(text));
-            },
-            &lines);
-    }
-    ~LogScope() { BuLogger::GetInstance().SetSink(nullptr, nullptr); }
-    LogScope(const LogScope&) = delete;
-    LogScope& operator=(const LogScope&) = delete;
-
-    Lines lines;
-};
-
-TEST(LogError, WritesEachLineAndASeparator)
-{
     const struct
     {
         std::int32_t kind;
         const wchar_t* text;
-        Lines lines;
+        Lines posted, written;
     } rows[] = {
-        {BU_ERR_FAILURE, L"one\ntwo \t\r\nthree", {"2:one", "2:two", "2:three", "2:   \n"}},
-        {BU_ERR_FAILURE, L"\n  \n\nend\n", {"2: ", "2: ", "2: ", "2:end", "2:   \n"}},
-        {BU_ERR_FATAL, L"", {"3:   \n"}},
-        {BU_ERR_WARNING, L"5%% of %d", {"1:5% of ", "1:   \n"}},
-        {BU_ERR_INFORMATION, L"text", {"0:text", "0:   \n"}},
-        {BU_ERR_PLAIN, L"text", {"0:text", "0:   \n"}},
-        {9, L"text", {"0:text", "0:   \n"}},
+        {BU_ERR_PLAIN, L"50%% %d|%s", {"console 0: 50% |"}, {"console 0: 50% |"}},
+        {BU_ERR_INFORMATION, L"50%% %d|%s", {"console 2: 50%% %d|%s"}, {"console 2: 50%% %d|%s"}},
+        {BU_ERR_WARNING, L"50%% %d|%s", {"console 1: 50% |"}, {"console 1: 50% |"}},
+        {BU_ERR_FAILURE, L"50%% %d|%s", {"console 0: 50% |"}, {"console 0: 50% |"}},
+        {BU_ERR_FATAL, L"50%% %d|%s", {"box 0 [Fehler]: 50% |"}, {"console 0: 50% |"}},
+        {BU_ERR_FAILURE, L"", {}, {"console 0: "}},
+        {7, L"text", {}, {"console 0: text"}},
+        {-1, L"text", {}, {"console 0: text"}},
     };
     for (const auto& row : rows) {
-        LogScope log;
-        TuvoLogError(BuSetErrorOfKind(row.kind, row.text));
-        EXPECT_EQ(log.lines, row.lines) << platform::Narrow(row.text);
+        const BuErrObj* const error = BuSetErrorOfKind(row.kind, row.text);
+        EXPECT_EQ(VEnvPostError(error), row.posted.empty() ? 1 : 0) << row.kind;
+        EXPECT_EQ(updater.TakeLines(), row.posted) << row.kind;
+        TuvoWriteConsoleError(error);
+        EXPECT_EQ(updater.TakeLines(), row.written) << row.kind;
     }
+    EXPECT_EQ(VEnvPostError(nullptr), 1);
+    TuvoWriteConsoleError(nullptr);
+    EXPECT_EQ(updater.TakeLines(), Lines());
+    BuSetTranslator(nullptr);
 }
 
-TEST(LogError, LeavesCancelledActionsOut)
+TEST(ErrorObjects, AreLoggedLineByLine)
 {
-    LogScope log;
-    TuvoLogError(nullptr);
-    TuvoLogError(VGetUserCancelWarning());
-    EXPECT_EQ(log.lines, Lines());
+    Lines log;
+    const auto record = [](int level, const wchar_t* text, void* lines) {
+        static_cast<Lines*>(lines)->push_back(std::to_string(level) + ':' + platform::Narrow(text));
+    };
+    BuLogger::GetInstance().SetSink(record, &log);
+    const struct
+    {
+        const BuErrObj* error;
+        Lines lines;
+    } rows[] = {
+        {BuSetErrorOfKind(BU_ERR_FAILURE, L"one\ntwo \t\r\nthree"), {"2:one", "2:two", "2:three", "2:   \n"}},
+        {BuSetErrorOfKind(BU_ERR_FAILURE, L"\n  \nend\n"), {"2: ", "2: ", "2:end", "2:   \n"}},
+        {BuSetErrorOfKind(BU_ERR_FATAL, L""), {"3:   \n"}},
+        {BuSetErrorOfKind(BU_ERR_INFORMATION, L"5%% of %d"), {"0:5% of ", "0:   \n"}},
+        {BuSetErrorOfKind(9, L"text"), {"0:text", "0:   \n"}},
+        {nullptr, {}},
+        {VGetUserCancelWarning(), {}},
+    };
+    for (const auto& row : rows) {
+        TuvoLogError(row.error);
+        EXPECT_EQ(std::exchange(log, {}), row.lines) << &row - rows;
+    }
     BuSetWarning(12, L"last");
     TuvoLogLastError();
-    EXPECT_EQ(log.lines, (Lines{"1:last", "1:   \n"}));
+    EXPECT_EQ(log, (Lines{"1:last", "1:   \n"}));
+    BuLogger::GetInstance().SetSink(nullptr, nullptr);
 }
-
-// ---- Assertions ----------------------------------------------------------------------------------------------------
 
 std::string g_assertion;
 
@@ -385,17 +306,14 @@ TEST(Assertions, AreShownAndHandedOver)
     });
     char expression[] = "a % b == 0";
     char file[] = "Mesh.cpp";
-    {
-        RecordingUpdater updater;
-        VAssert(expression, file, 12);
-        EXPECT_EQ(g_assertion, "0 Mesh.cpp 12");
-        VAssert(nullptr, nullptr, -1);
-        EXPECT_EQ(g_assertion, "0  -1");
-        EXPECT_EQ(updater.TakeLines(), (Lines{"console 0: Assertion 'a % b == 0' reached at Mesh.cpp:12",
-                                              "console 0: Assertion '' reached at :-1"}));
-    }
-    VAssert(expression, file, 13);  // without updater the handler is called all the same
-    EXPECT_EQ(g_assertion, "0 Mesh.cpp 13");
+    VAssert(expression, file, 12);  // without updater the handler is called all the same
+    EXPECT_EQ(g_assertion, "0 Mesh.cpp 12");
+    RecordingUpdater updater;
+    VAssert(expression, file, 13);
+    VAssert(nullptr, nullptr, -1);
+    EXPECT_EQ(g_assertion, "0  -1");
+    EXPECT_EQ(updater.TakeLines(), (Lines{"console 0: Assertion 'a % b == 0' reached at Mesh.cpp:13",
+                                          "console 0: Assertion '' reached at :-1"}));
     BuSetAssertHandler(nullptr);
 }
 
@@ -407,13 +325,9 @@ TEST(Directories, AreKeptAsGiven)
     VEnvSetUserDirectory(L"C:\\work/");
     VEnvSetUserDirectory(nullptr);
     EXPECT_STREQ(VEnvGetUserDirectory(), L"C:\\work/");
-    VEnvSetUserDirectory(VEnvGetUserDirectory() + 3);
-    EXPECT_STREQ(VEnvGetUserDirectory(), L"work/");
     VEnvSetUserDirectory(L"");
 
     BuString path;
-    VEnvGetTempPath(path);
-    EXPECT_EQ(path.GetText(), platform::TemporaryDirectory());
     VEnvSetTempPath(L"scratch");
     VEnvSetTempPath(nullptr);
     VEnvGetTempPath(path);
@@ -428,8 +342,7 @@ TEST(Directories, TheApplicationsOwnIsThatOfTheLibrary)
     const BuString directory = TuvoGetAppDirectory();
     ASSERT_FALSE(directory.IsEmpty());
     EXPECT_EQ(directory.GetAt(directory.GetLength() - 1), platform::Separator());
-    // Libraries and tests are built into one folder.
-    static const char address = 0;
+    static const char address = 0;  // libraries and tests are built into one folder
     EXPECT_EQ(platform::ModuleFile(&address).find(directory), 0u);
 }
 

@@ -5,8 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 
-using memory::g_state;
-
 namespace {
 
 // How far an index may lie beyond the slots: a block that is released twice has lost its slot to others meanwhile.
@@ -14,7 +12,7 @@ constexpr std::int64_t IndexTolerance = 4;
 
 bool HasReadableHeaders()
 {
-    return g_state.active != 0 && memory::IsHeaderMode();
+    return memory::IsActive() && memory::IsHeaderMode();
 }
 
 }  // namespace
@@ -22,7 +20,7 @@ bool HasReadableHeaders()
 // The bytes in front of a bare block belong to somebody else, so the address sanitizer must not watch the reads.
 [[gnu::noinline, gnu::no_sanitize_address]] memory::HeaderState memory::FindHeader(const void* block) noexcept
 {
-    if (block == nullptr || g_state.headersLaid == 0)
+    if (block == nullptr || (g_state.watch & WatchHeaders) == 0)
         return HeaderState::None;
     const BlockHeader* const header = static_cast<const BlockHeader*>(block) - 1;
     if (header->tag == TagReleased && header->size == ReleasedMark && header->index == ReleasedMark)
@@ -42,7 +40,7 @@ memory::BlockHeader* memory::FindCountedHeader(void* block) noexcept
 
 int MovraMemChkGetActualPtr(void** block, std::size_t* size)
 {
-    if (g_state.active == 0)
+    if (!memory::IsActive())
         return 1;
     if (!memory::IsHeaderMode())
         return 0;

@@ -77,6 +77,15 @@ void Report(const char* message, int fatal)
     return nullptr;
 }
 
+// The common path of the block heap alone; null when another is needed.
+void* TakeLinkedBlock(std::size_t size)
+{
+    if (size > vxheap::LargestBlock)
+        return nullptr;
+    fixedheap::Page& page = *vxheap::ClassOf(size).current;
+    return fixedheap::HasLinkedBlock(page) ? fixedheap::PopLinked(page) : nullptr;
+}
+
 void* AllocateUntracked(std::size_t size)
 {
     void* const block = vxheap::Allocate(size);
@@ -87,7 +96,7 @@ void CallAllocationHook(void* block, std::size_t size, const char* file, int lin
 {
     const HookScope scope;
     if (block != nullptr && memory::LaysHeaders())
-        g_state.headersLaid = 1;
+        g_state.watch |= memory::WatchHeaders;
     g_state.allocationHook(block, size, file, line, kind);
 }
 
@@ -106,27 +115,28 @@ bool IsBeyondChecker(std::size_t size)
     return g_state.isHookRunning || (size > memory::LargestTrackedSize && memory::LaysHeaders());
 }
 
-[[gnu::noinline]] void* AllocateTracked(std::size_t size, const char* file, int line, int kind)
+void* AllocateTracked(std::size_t size, const char* file, int line, int kind)
 {
-    if (IsBeyondChecker(size))
-        return AllocateUntracked(size);
     const bool hasHeader = memory::LaysHeaders();
     const std::size_t wholeSize = size + (hasHeader ? memory::HeaderSize : 0);
     void* const block = vxheap::Allocate(wholeSize);
     // Kept: without a hook the call fails and the block stays taken; checking was started without being initialised.
     if (g_state.allocationHook == nullptr)
-        return FailAllocation();
+        return FailAllocation();  // NOLINT(clang-analyzer-unix.Malloc)
     CallAllocationHook(block, wholeSize, file, line, kind);
     // Checking may have been stopped by what the hook caused.
-    if (block == nullptr || !hasHeader || g_state.active == 0 || !memory::IsHeaderMode())
+    if (block == nullptr || !hasHeader || !memory::IsActive() || !memory::IsHeaderMode())
         return block;
     return static_cast<unsigned char*>(block) + memory::HeaderSize;
 }
 
-// Blocks may have headers, or the checker wants to know.
-bool IsWatching()
+[[gnu::noinline]] void* AllocateUncommon(std::size_t size, const char* file, int line, int kind)
 {
-    return (g_state.active | g_state.headersLaid) != 0;
+    if (size == 0 || size > LargestSize)
+        return RefuseSize(size);
+    if (memory::IsActive() && !IsBeyondChecker(size))
+        return AllocateTracked(size, file, line, kind);
+    return AllocateUntracked(size);
 }
 
 [[gnu::noinline]] void ReleaseWatched(void* block, const char* file, int line)
@@ -134,7 +144,7 @@ bool IsWatching()
     const HeaderState header = memory::FindHeader(block);
     void* const start = header == HeaderState::Live ? memory::HeaderOf(block) : block;
     bool mayRelease = header != HeaderState::Released;
-    if (g_state.active != 0 && g_state.releaseHook != nullptr)
+    if (memory::IsActive() && g_state.releaseHook != nullptr)
         mayRelease = CallReleaseHook(start, header == HeaderState::Live, file, line) && mayRelease;
     if (mayRelease)
         vxheap::Release(start);
@@ -167,11 +177,11 @@ void* ReallocateUntracked(void* block, std::size_t size)
 
 void* VBuMalloc(std::size_t size, const char* file, int line, int kind)
 {
-    if (size - 1 >= LargestSize) [[unlikely]]
-        return RefuseSize(size);
-    if (g_state.active != 0) [[unlikely]]
-        return AllocateTracked(size, file, line, kind);
-    return AllocateUntracked(size);
+    if (g_state.watch == 0) [[likely]] {
+        if (void* const block = TakeLinkedBlock(size)) [[likely]]
+            return block;
+    }
+    return AllocateUncommon(size, file, line, kind);
 }
 
 void* VBuCalloc(std::size_t count, std::size_t size, const char* file, int line)
@@ -202,7 +212,7 @@ void* VBuRealloc(void* block, std::size_t size, const char* file, int line)
 
 void VBuFree(void* block, const char* file, int line)
 {
-    if (!IsWatching()) [[likely]]
+    if (g_state.watch == 0) [[likely]]
         vxheap::Release(block);
     else if (block != nullptr)
         ReleaseWatched(block, file, line);
@@ -219,7 +229,7 @@ char* VBuStrDup(const char* text, const char* file, int line)
 
 void VBuAddPointer(void* block, std::size_t size, const char* file, int line, int kind)
 {
-    if (block == nullptr || g_state.active == 0 || g_state.allocationHook == nullptr || IsBeyondChecker(size))
+    if (block == nullptr || !memory::IsActive() || g_state.allocationHook == nullptr || IsBeyondChecker(size))
         return;
     CallAllocationHook(block, size + (memory::LaysHeaders() ? memory::HeaderSize : 0), file, line, kind);
 }
@@ -228,7 +238,7 @@ void VBuDeletePointer(void* block, const char* file, int line)
 {
     if (block == nullptr)
         Report("Memory error : Free null pointer", 0);
-    if (g_state.active == 0 || g_state.releaseHook == nullptr)
+    if (!memory::IsActive() || g_state.releaseHook == nullptr)
         return;
     const bool hasHeader = memory::FindHeader(block) == HeaderState::Live;
     CallReleaseHook(hasHeader ? memory::HeaderOf(block) : block, hasHeader, file, line);

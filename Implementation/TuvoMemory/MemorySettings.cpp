@@ -48,7 +48,7 @@ int VMemorySetMode(int mode, int second)
 
 int MovraIsMemCheckActive()
 {
-    return g_state.active;
+    return memory::IsActive() ? 1 : 0;
 }
 
 int VMemSetGetFuncInfoPtr(int (*provider)(int* depth, char*** frames))

@@ -47,12 +47,14 @@ using ReleaseHook = bool (*)(void* block, const char* file, int line);
 using ErrorReporter = void (*)(const char* message, int fatal);
 using CallStackProvider = int (*)(int* depth, char*** frames);
 
+constexpr std::uint32_t WatchActive = 1;   // the checker is active
+constexpr std::uint32_t WatchHeaders = 2;  // a header was laid; from then on blocks may have one
+
 struct State
 {
+    std::uint32_t watch = 0;  // of the flags below; 0: allocation has nothing but the heap to care for
     int mode = 2;
     int second = 0;
-    int active = 0;
-    int headersLaid = 0;         // 1 from the first header of the process on
     int headerSuppression = -1;  // other than -1 and 0: no headers; 1: the checker only counts
     std::int32_t slotCount = 0;  // slots in use for blocks with headers
     bool isHookRunning = false;
@@ -68,6 +70,16 @@ struct State
 
 extern constinit State g_state;
 
+inline bool IsActive() noexcept
+{
+    return (g_state.watch & WatchActive) != 0;
+}
+
+inline void SetActive(bool active) noexcept
+{
+    g_state.watch = active ? g_state.watch | WatchActive : g_state.watch & ~WatchActive;
+}
+
 inline bool IsHeaderMode() noexcept
 {
     return g_state.mode == 2 || g_state.mode == 4;
@@ -76,7 +88,7 @@ inline bool IsHeaderMode() noexcept
 // Whether a block made now gets a header.
 inline bool LaysHeaders() noexcept
 {
-    return g_state.active != 0 && (g_state.headerSuppression == -1 || g_state.headerSuppression == 0) && IsHeaderMode();
+    return IsActive() && (g_state.headerSuppression == -1 || g_state.headerSuppression == 0) && IsHeaderMode();
 }
 
 enum class HeaderState : std::uint8_t
