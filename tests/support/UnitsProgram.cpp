@@ -50,7 +50,7 @@ std::vector<double> UnitsProgram::Compare() const
         char* end = nullptr;
         answers.push_back(std::strtod(line.c_str(), &end));
         if (line.empty() || *end != '\0')
-            throw std::runtime_error("units says \"" + line + "\" to\n" + question);
+            throw std::runtime_error(std::string("units says \"").append(line).append("\" to\n").append(question));
     }
     for (const auto& [question, ours, what] : m_expectations)
         EXPECT_NEAR(ours / answers[question], 1.0, 1e-12) << what << "\n" << m_questions[question];
