@@ -52,10 +52,10 @@ void Release(PageSet* set)
 {
     if (set == &noPages || --set->owners > 0)
         return;
-    for (unsigned int i = 0; i < set->pageCount; ++i)
-        std::free(set->pages[i]);
-    std::free(set->pages);
-    std::free(set->byAddress);
+    for (Page* const page : set->pages)
+        std::free(page);
+    std::free(set->pages.storage);
+    std::free(set->byAddress.storage);
     std::free(set);
 }
 
@@ -115,11 +115,8 @@ bool VFixedHeap::Free(void* block)
     if (page == nullptr || page->usedCount == 0)
         return false;
     PutBack(*m_pageSet, *page, static_cast<Block*>(block));
-    if (m_growable && page->usedCount == 0) {
+    if (m_growable && page->usedCount == 0)
         RemovePage(page);
-        if (m_pageSet->current == &noPage && GetFreePage() != nullptr)
-            m_pageSet->current = GetFreePage();
-    }
     return true;
 }
 
@@ -153,7 +150,7 @@ void VFixedHeap::AppendPage(_VFixedHeapPageStr* page)
         PageSet* const set = NewPageSet(m_blocksPerPage, m_blockSize);
         m_pageSet = set != nullptr ? set : &noPages;
     }
-    CurrentPage(*m_pageSet);  // moves on before the new page can be chosen
+    CurrentPage(*m_pageSet);  // a search that was put off must not find the new page
     if (m_pageSet == &noPages || !Append(*m_pageSet, *page))
         ReportExhaustedMemory();
 }
@@ -184,7 +181,7 @@ void VFixedHeap::RemovePage(_VFixedHeapPageStr* page)
 {
     if (page == nullptr)
         return;
-    CurrentPage(*m_pageSet);  // moves on while the page can still be chosen
+    CurrentPage(*m_pageSet);  // a search that was put off may still find this page
     if (Remove(*m_pageSet, *page))
         std::free(page);
 }

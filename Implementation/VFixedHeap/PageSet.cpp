@@ -9,7 +9,7 @@ namespace fixedheap {
 
 namespace {
 
-constexpr unsigned int PageArrayStep = 25;
+constexpr unsigned int PageArrayStep = 25;       // pages that a page array grows by
 constexpr unsigned int LinkedAheadBytes = 4096;  // links are written for about this much memory at a time
 
 std::uintptr_t AddressOf(const void* pointer)
@@ -34,29 +34,68 @@ void LinkUntouched(const PageSet& set, Page& page)
     page.untouched = block;
 }
 
-unsigned int IndexOf(const PageSet& set, const Page& page)
+// ---- PageArray -----------------------------------------------------------------------------------------------------
+
+// Makes room for one more page at the end. False when memory is exhausted.
+bool Reserve(PageArray& array)
 {
-    Page** const end = set.pages + set.pageCount;
-    Page** const place =
-        std::lower_bound(set.pages, end, page.number,
-                         [](const Page* other, unsigned long long number) { return other->number < number; });
-    return static_cast<unsigned int>(place - set.pages);
+    const auto before = static_cast<unsigned int>(array.first - array.storage);
+    if (before + array.count < array.capacity)
+        return true;
+    if (before >= PageArrayStep) {
+        std::copy(array.begin(), array.end(), array.storage);
+        array.first = array.storage;
+        return true;
+    }
+    void* const larger = std::realloc(array.storage, (std::size_t{array.capacity} + PageArrayStep) * sizeof(Page*));
+    if (larger == nullptr)
+        return false;
+    array.storage = static_cast<Page**>(larger);
+    array.first = array.storage + before;
+    array.capacity += PageArrayStep;
+    return true;
 }
 
-// The place in the index by address of the first page that starts behind an address.
-Page** FirstBehind(const PageSet& set, const void* address)
+void Insert(PageArray& array, Page** place, Page& page)
 {
-    return std::upper_bound(set.byAddress, set.byAddress + set.pageCount, AddressOf(address),
+    std::copy_backward(place, array.end(), array.end() + 1);
+    *place = &page;
+    ++array.count;
+}
+
+void Erase(PageArray& array, Page** place)
+{
+    if (place - array.begin() < array.end() - place)
+        array.first = std::copy_backward(array.begin(), place, place + 1);
+    else
+        std::copy(place + 1, array.end(), place);
+    --array.count;
+}
+
+// ---- Places --------------------------------------------------------------------------------------------------------
+
+Page** PlaceByNumber(const PageSet& set, const Page& page)
+{
+    return std::lower_bound(set.pages.begin(), set.pages.end(), page.number,
+                            [](const Page* other, unsigned long long number) { return other->number < number; });
+}
+
+// The first page that starts behind an address.
+Page** PlaceBehind(const PageSet& set, const void* address)
+{
+    return std::upper_bound(set.byAddress.begin(), set.byAddress.end(), AddressOf(address),
                             [](std::uintptr_t sought, const Page* page) { return sought < AddressOf(page->memory); });
 }
 
-bool MakeRoom(Page**& array, unsigned int count)
+Page** PlaceByAddress(const PageSet& set, const Page& page)
 {
-    void* const larger = std::realloc(array, (std::size_t{count} + PageArrayStep) * sizeof(Page*));
-    if (larger != nullptr)
-        array = static_cast<Page**>(larger);
-    return larger != nullptr;
+    Page** place = PlaceBehind(set, page.memory);
+    while (*--place != &page) {
+    }
+    return place;
 }
+
+// ---- Invariants ----------------------------------------------------------------------------------------------------
 
 // Whether the free list holds each of the blocks that are neither in use nor untouched, and ends where it has to.
 bool IsValid(const PageSet& set, const Page& page)
@@ -78,12 +117,11 @@ bool IsOrdered(const PageSet& set)
 {
     const auto byNumber = [](const Page* left, const Page* right) { return left->number < right->number; };
     const auto byAddress = [](const Page* left, const Page* right) { return left->memory < right->memory; };
-    const auto isListed = [&set](const Page* page) {
-        return page->owner == &set && set.pages[IndexOf(set, *page)] == page;
-    };
-    return std::is_sorted(set.pages, set.pages + set.pageCount, byNumber) &&
-           (set.byAddress == nullptr || (std::is_sorted(set.byAddress, set.byAddress + set.pageCount, byAddress) &&
-                                         std::all_of(set.byAddress, set.byAddress + set.pageCount, isListed)));
+    const auto isListed = [&set](const Page* page) { return *PlaceByNumber(set, *page) == page; };
+    return std::is_sorted(set.pages.begin(), set.pages.end(), byNumber) &&
+           std::is_sorted(set.byAddress.begin(), set.byAddress.end(), byAddress) &&
+           std::all_of(set.byAddress.begin(), set.byAddress.end(), isListed) &&
+           (set.byAddress.count == set.pages.count || set.byAddress.storage == nullptr);
 }
 
 }  // namespace
@@ -122,9 +160,9 @@ Page* CurrentPage(PageSet& set)
 
 Page* FirstOpenPage(PageSet& set)
 {
-    while (set.firstOpen < set.pageCount && set.pages[set.firstOpen]->freeList == nullptr)
+    while (set.firstOpen < set.pages.count && set.pages.first[set.firstOpen]->freeList == nullptr)
         ++set.firstOpen;
-    return set.firstOpen < set.pageCount ? set.pages[set.firstOpen] : nullptr;
+    return set.firstOpen < set.pages.count ? set.pages.first[set.firstOpen] : nullptr;
 }
 
 void PutBack(PageSet& set, Page& page, Block* block)
@@ -132,23 +170,21 @@ void PutBack(PageSet& set, Page& page, Block* block)
     const bool empties = page.usedCount == 1;
     const Page* const current = empties ? CurrentPage(set) : nullptr;
     if (page.freeList == nullptr)
-        set.firstOpen = std::min(set.firstOpen, IndexOf(set, page));
+        set.firstOpen =
+            std::min(set.firstOpen, static_cast<unsigned int>(PlaceByNumber(set, page) - set.pages.begin()));
     Push(page, block);
     if (!empties)
         set.current = &page;
     else if (current == nullptr || current == &page)
-        set.current = FirstOpenPage(set);
+        set.current = &soughtPage;
 }
 
 bool Append(PageSet& set, Page& page)
 {
-    if (set.pageCount % PageArrayStep == 0 &&
-        !(MakeRoom(set.pages, set.pageCount) && MakeRoom(set.byAddress, set.pageCount)))
+    if (!Reserve(set.pages) || !Reserve(set.byAddress))
         return false;
-    Page** const place = FirstBehind(set, page.memory);
-    std::copy_backward(place, set.byAddress + set.pageCount, set.byAddress + set.pageCount + 1);
-    *place = &page;
-    set.pages[set.pageCount++] = &page;
+    Insert(set.pages, set.pages.end(), page);
+    Insert(set.byAddress, PlaceBehind(set, page.memory), page);
     page.number = set.made++;
     page.owner = &set;
     return true;
@@ -158,18 +194,12 @@ bool Remove(PageSet& set, Page& page)
 {
     if (page.owner != &set)
         return false;
-    const unsigned int index = IndexOf(set, page);
-    std::copy(set.pages + index + 1, set.pages + set.pageCount, set.pages + index);
-    Page** const place = std::find(std::lower_bound(set.byAddress, set.byAddress + set.pageCount, &page,
-                                                    [](const Page* left, const Page* right) {
-                                                        return AddressOf(left->memory) < AddressOf(right->memory);
-                                                    }),
-                                   set.byAddress + set.pageCount, &page);
-    std::copy(place + 1, set.byAddress + set.pageCount, place);
-    --set.pageCount;
-    set.firstOpen -= index < set.firstOpen;
+    Page** const place = PlaceByNumber(set, page);
+    set.firstOpen -= place - set.pages.begin() < set.firstOpen;
+    Erase(set.pages, place);
+    Erase(set.byAddress, PlaceByAddress(set, page));
     if (set.current == &page)
-        set.current = &noPage;
+        set.current = &soughtPage;
     page.owner = nullptr;
     return true;
 }
@@ -178,29 +208,30 @@ Page* FindByAddress(const PageSet& set, const Block* block)
 {
     if (Holds(set, *set.current, block))
         return set.current;
-    Page** const behind = FirstBehind(set, block);
-    return behind != set.byAddress && Holds(set, *behind[-1], block) ? behind[-1] : nullptr;
+    Page** const behind = PlaceBehind(set, block);
+    return behind != set.byAddress.begin() && Holds(set, *behind[-1], block) ? behind[-1] : nullptr;
 }
 
 Page* FindByNumber(const PageSet& set, const Block* block)
 {
     const std::size_t pageBytes = std::size_t{set.blockSize} * set.blocksPerPage;
-    if (set.pageCount == 0 || pageBytes == 0 || AddressOf(block) < AddressOf(set.pages[0]->memory))
+    if (set.pages.count == 0 || pageBytes == 0)
         return nullptr;
-    const std::size_t number = (AddressOf(block) - AddressOf(set.pages[0]->memory)) / pageBytes;
-    return number < set.pageCount && Holds(set, *set.pages[number], block) ? set.pages[number] : nullptr;
+    // An address before the first page gives a number beyond the last one, or a page that does not hold it.
+    const std::size_t number = (AddressOf(block) - AddressOf(set.pages.first[0]->memory)) / pageBytes;
+    return number < set.pages.count && Holds(set, *set.pages.first[number], block) ? set.pages.first[number] : nullptr;
 }
 
 bool IsValid(const PageSet& set)
 {
-    bool currentIsKnown = set.current == &noPage;
-    for (unsigned int i = 0; i < set.pageCount; ++i) {
-        const Page& page = *set.pages[i];
+    bool currentIsKnown = set.current == &noPage || set.current == &soughtPage;
+    for (unsigned int i = 0; i < set.pages.count; ++i) {
+        const Page& page = *set.pages.first[i];
         currentIsKnown = currentIsKnown || set.current == &page;
         if (page.owner != &set || !IsValid(set, page) || (i < set.firstOpen && page.freeList != nullptr))
             return false;
     }
-    return currentIsKnown && set.firstOpen <= set.pageCount && set.owners > 0 && IsOrdered(set);
+    return currentIsKnown && set.firstOpen <= set.pages.count && set.owners > 0 && IsOrdered(set);
 }
 
 void ReportExhaustedMemory()

@@ -4,9 +4,10 @@
 // written only as blocks come near to being used: the list ends in `untouched`, behind which all blocks are free. So a
 // page costs nothing until it is used.
 //
-// A page that became full stays the current page until the next look at it (CurrentPage), which moves on to the first
-// page with room. Nothing can tell this from moving on at once: no block became free in between, or its page would have
-// become the current one.
+// The search for the first page with room is put off until a block is wanted (CurrentPage): a page that became full stays
+// the current one, and one that became empty leaves `soughtPage` in its place. Nothing can tell this from searching at
+// once: any block that is released in between makes its page the current one, unless that page becomes empty, and then
+// the search is made first.
 #pragma once
 
 #include <TuvoUtil/FixedHeap.h>
@@ -16,20 +17,34 @@ namespace fixedheap {
 using Block = _VFixedHeapBlockStr;
 using Page = _VFixedHeapPageStr;
 
-// Stands for "no current page", so that taking a block needs no test for null. Never written.
+// Stand for "no current page" and for "the first page with room", so that taking a block needs no test for either: both
+// look like full pages. Never written.
 inline constinit Page noPage{};
+inline constinit Page soughtPage{};
+
+// Pages in some order. Grows by 25 at a time; taking one out moves the shorter side, so that pages may come and go at
+// either end in constant time.
+struct PageArray
+{
+    Page** first = nullptr;
+    unsigned int count = 0;
+    unsigned int capacity = 0;  // of the storage
+    Page** storage = nullptr;
+
+    Page** begin() const { return first; }
+    Page** end() const { return first + count; }
+};
 
 struct PageSet
 {
     Page* current = &noPage;
-    Page** pages = nullptr;  // in order of creation
+    PageArray pages;  // in order of creation
     unsigned int blockSize = 0;
-    unsigned int pageCount = 0;
     unsigned int blocksPerPage = 0;
     unsigned int firstOpen = 0;   // all pages before this one are full
-    Page** byAddress = nullptr;   // the same pages by address; unused by the block heap
-    unsigned long long made = 0;  // pages ever appended, the next page's number
     unsigned int owners = 1;      // heaps that share the set
+    PageArray byAddress;          // the same pages; unused by the block heap
+    unsigned long long made = 0;  // pages ever appended, the next page's number
 };
 
 // ---- One page ------------------------------------------------------------------------------------------------------
@@ -72,14 +87,15 @@ Page* CurrentPage(PageSet& set);
 // The first page with a free block; null for none.
 Page* FirstOpenPage(PageSet& set);
 
-// Takes back a block of a page that has used ones. The page becomes the current one, unless it became empty: then the
-// current page stays when it is another one, else the first page with room follows.
+// Takes back a block of a page that has used ones. The page becomes the current one; but when it became empty, the
+// current page stays if it is another one, and is the first page with room if not.
 void PutBack(PageSet& set, Page& page, Block* block);
 
 // Takes a page in as the last one. False when memory is exhausted.
 bool Append(PageSet& set, Page& page);
 
-// Takes a page out; its record stays. False when the page belongs to another set.
+// Takes a page out; its record stays. When it was the current one, the first page with room follows. False when the page
+// belongs to another set.
 bool Remove(PageSet& set, Page& page);
 
 // The page that holds a block. ByNumber computes its place, which is right for pages that lie one behind the other.

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 
 namespace vxheap {
 
@@ -48,46 +49,51 @@ inline constexpr auto classOfSize = [] {
     return classes;
 }();
 
-// The offset in the region at which each page ends.
-inline constexpr auto pageEnds = [] {
-    std::array<std::uint32_t, PageCount> ends{};
-    std::uint32_t end = 0;
-    std::size_t page = 0;
-    for (const SizeClass& row : sizeClasses)
-        for (unsigned int i = 0; i < row.pages; ++i)
-            ends[page++] = end += row.blockSize * row.blocksPerPage;
-    return ends;
-}();
+constexpr std::size_t PageBytes(const SizeClass& row)
+{
+    return std::size_t{row.blockSize} * row.blocksPerPage;
+}
 
-inline constexpr std::size_t RegionSize = pageEnds.back();
+inline constexpr std::size_t RegionSize = [] {
+    std::size_t bytes = 0;
+    for (const SizeClass& row : sizeClasses)
+        bytes += row.pages * PageBytes(row);
+    return bytes;
+}();
 static_assert(RegionSize == 24'320'000);
 
-// The page of an offset is that of the start of its step, or the next one: no page is shorter than a step.
-inline constexpr std::size_t StepBytes = 1U << 18;
+// Every page is a whole number of steps, so the step of an address, which costs a multiplication, tells its page.
+inline constexpr std::size_t StepBytes = [] {
+    std::size_t bytes = 0;
+    for (const SizeClass& row : sizeClasses)
+        bytes = std::gcd(bytes, PageBytes(row));
+    return bytes;
+}();
 
+// The number of the page that each step belongs to.
 inline constexpr auto pageOfStep = [] {
-    std::array<std::uint8_t, RegionSize / StepBytes + 1> pages{};
+    std::array<std::uint8_t, RegionSize / StepBytes> pages{};
+    std::size_t step = 0;
     std::uint8_t page = 0;
-    for (std::size_t step = 0; step < pages.size(); ++step) {
-        while (step * StepBytes >= pageEnds[page])
-            ++page;
-        pages[step] = page;
-    }
+    for (const SizeClass& row : sizeClasses)
+        for (unsigned int i = 0; i < row.pages; ++i, ++page)
+            for (std::size_t end = step + PageBytes(row) / StepBytes; step < end; ++step)
+                pages[step] = page;
     return pages;
 }();
 
+// offset / StepBytes for an offset below RegionSize, as a multiplication by a number of less than 32 bits.
+constexpr std::size_t StepOf(std::size_t offset)
+{
+    constexpr unsigned int Shift = 43;
+    constexpr std::size_t Reciprocal = (std::size_t{1} << Shift) / StepBytes + 1;
+    return offset * Reciprocal >> Shift;
+}
 static_assert([] {
-    for (const SizeClass& row : sizeClasses)
-        if (std::size_t{row.blockSize} * row.blocksPerPage < StepBytes)
+    for (std::size_t step = 0; step < RegionSize / StepBytes; ++step)
+        if (StepOf(step * StepBytes) != step || StepOf((step + 1) * StepBytes - 1) != step)
             return false;
     return true;
 }());
-
-// The number of the page that holds an offset below RegionSize.
-constexpr std::size_t PageOfOffset(std::size_t offset)
-{
-    const std::size_t page = pageOfStep[offset / StepBytes];
-    return page + (offset >= pageEnds[page]);
-}
 
 }  // namespace vxheap

@@ -20,37 +20,59 @@ bool IsSwitchedOff()
     return switchedOff;
 }
 
-// Gives a class its pages, which start with page `first` at `memory`.
-void SetUp(PageSet& set, const SizeClass& row, std::size_t first, char* memory)
+// Gives a class its pages, of which the first has number `first` and stands at offset `start` of the region.
+void SetUp(PageSet& set, const SizeClass& row, std::size_t first, std::size_t start)
 {
     set.blockSize = row.blockSize;
     set.blocksPerPage = row.blocksPerPage;
-    set.pageCount = row.pages;
-    set.pages = state.pageOrder + first;
+    set.pages.first = state.pageOrder + first;
+    set.pages.count = row.pages;
     for (unsigned int i = 0; i < row.pages; ++i) {
-        Page& page = state.pages[first + i];
-        Clear(page, memory + std::size_t{i} * row.blockSize * row.blocksPerPage);
+        HeapPage& page = state.pages[first + i];
+        Clear(page, reinterpret_cast<void*>(state.region + start + i * PageBytes(row)));
         page.number = i;
         page.owner = &set;
-        set.pages[i] = &page;
+        page.isAlone = i == 0;
+        set.pages.first[i] = &page;
     }
-    set.current = set.pages[0];
+    set.current = set.pages.first[0];
+}
+
+// A class whose first page is alone takes from it and has used no other one.
+bool IsValidClass(const PageSet& set)
+{
+    if (!fixedheap::IsValid(set))
+        return false;
+    if (set.pages.count == 0 || !static_cast<const HeapPage*>(set.pages.first[0])->isAlone)
+        return true;
+    return set.current == set.pages.first[0] &&
+           std::all_of(set.pages.begin() + 1, set.pages.end(),
+                       [](const Page* page) { return page->untouched == page->memory; });
 }
 
 }  // namespace
 
+// A plain release takes no note of the first open page, so every search starts at the first page.
+
 void* AllocateUncommon(std::size_t size)
 {
     PageSet& set = ClassOf(size);
-    if (Page* const page = CurrentPage(set))
-        return Pop(set, *page);
-    return std::malloc(size);
+    if (set.pages.count == 0)
+        return std::malloc(size);
+    Page* const page = CurrentPage(set);
+    set.firstOpen = 0;
+    if (page != set.pages.first[0])
+        static_cast<HeapPage*>(set.pages.first[0])->isAlone = false;
+    return page != nullptr ? Pop(set, *page) : std::malloc(size);
 }
 
 void ReleaseUncommon(Page& page, Block* block)
 {
-    if (page.usedCount != 0)
-        PutBack(*page.owner, page, block);
+    if (page.usedCount == 0)
+        return;
+    PutBack(*page.owner, page, block);
+    CurrentPage(*page.owner);
+    page.owner->firstOpen = 0;
 }
 
 std::size_t UsedBlocks()
@@ -63,13 +85,13 @@ std::size_t UsedBlocks()
 
 bool IsValid()
 {
-    return std::all_of(std::begin(state.classes), std::end(state.classes),
-                       [](const PageSet& set) { return fixedheap::IsValid(set); });
+    return std::all_of(std::begin(state.classes), std::end(state.classes), IsValidClass);
 }
 
 void Reset()
 {
-    std::free(reinterpret_cast<void*>(state.region));
+    if (IsVxHeapEnabled())
+        std::free(reinterpret_cast<void*>(state.region));
     state = State();
 }
 
@@ -80,23 +102,23 @@ void InitVxHeap()
     using namespace vxheap;
     if (IsVxHeapEnabled() || IsSwitchedOff())
         return;
-    char* memory = static_cast<char*>(std::calloc(RegionSize, 1));
-    if (memory == nullptr)
+    void* const region = std::calloc(RegionSize, 1);
+    if (region == nullptr)
         return ReportExhaustedMemory();
-    state.region = reinterpret_cast<std::uintptr_t>(memory);
-    state.regionSize = RegionSize;
-    std::size_t page = 0;
+    state.region = reinterpret_cast<std::uintptr_t>(region);
+    std::size_t first = 0;
+    std::size_t start = 0;
     for (std::size_t i = 0; i < ClassCount; ++i) {
         const SizeClass& row = sizeClasses[i];
-        SetUp(state.classes[i], row, page, memory);
-        memory += std::size_t{row.pages} * row.blockSize * row.blocksPerPage;
-        page += row.pages;
+        SetUp(state.classes[i], row, first, start);
+        first += row.pages;
+        start += row.pages * PageBytes(row);
     }
 }
 
 bool IsVxHeapEnabled()
 {
-    return vxheap::state.regionSize != 0;
+    return vxheap::state.region != vxheap::NoRegion;
 }
 
 void* VxMalloc(std::size_t size)
@@ -107,9 +129,9 @@ void* VxMalloc(std::size_t size)
 void* VxRealloc(void* block, std::size_t size)
 {
     const std::size_t offset = vxheap::RegionOffset(block);
-    if (offset >= vxheap::state.regionSize)
+    if (offset >= vxheap::RegionSize)
         return std::realloc(block, size);
-    const PageSet& own = *vxheap::state.pages[vxheap::PageOfOffset(offset)].owner;
+    const PageSet& own = *vxheap::PageAt(offset).owner;
     if (&vxheap::ClassOf(size) == &own)
         return block;
     if (size == 0) {

@@ -5,48 +5,71 @@
 #include "VFixedHeap/PageSet.h"
 #include "VFixedHeap/SizeClasses.h"
 
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 
 namespace vxheap {
 
-// On a cache line of its own.
+// What every block needs stands on cache lines of its own.
+struct alignas(64) HeapPage : fixedheap::Page
+{
+    // Set for the first page of a class until it was full when a block was wanted. As long as it is set, it stays the
+    // current page whatever is released, so that releasing a block is no more than a push.
+    bool isAlone;
+};
+
 struct alignas(64) ClassPages : fixedheap::PageSet
 {};
+
+// The base of the region while there is none: no pointer lies less than RegionSize above it.
+inline constexpr std::uintptr_t NoRegion = std::uintptr_t{1} << 63;
 
 // While the heap is off no address lies in the region and no class has a page, so the common paths need not ask.
 struct State
 {
-    std::uintptr_t region = 0;
-    std::size_t regionSize = 0;
+    std::uintptr_t region = NoRegion;
     ClassPages classes[ClassCount + 1];  // the last one, of sizes that no class holds, never has a page
-    fixedheap::Page pages[PageCount] = {};
+    HeapPage pages[PageCount] = {};
     fixedheap::Page* pageOrder[PageCount] = {};
 };
 
 extern constinit State state;
 
-void* AllocateUncommon(std::size_t size);
-void ReleaseUncommon(fixedheap::Page& page, fixedheap::Block* block);
+// The class that serves each size up to LargestBlock.
+inline constexpr auto setOfSize = [] {
+    std::array<fixedheap::PageSet*, LargestBlock + 1> sets{};
+    for (std::size_t size = 0; size < sets.size(); ++size)
+        sets[size] = &state.classes[classOfSize[size]];
+    return sets;
+}();
+
+// The page that each step of the region belongs to.
+inline constexpr auto recordOfStep = [] {
+    std::array<HeapPage*, RegionSize / StepBytes> records{};
+    for (std::size_t step = 0; step < records.size(); ++step)
+        records[step] = &state.pages[pageOfStep[step]];
+    return records;
+}();
+
+[[gnu::noinline]] void* AllocateUncommon(std::size_t size);
+[[gnu::noinline]] void ReleaseUncommon(fixedheap::Page& page, fixedheap::Block* block);
 
 inline fixedheap::PageSet& ClassOf(std::size_t size)
 {
-    return state.classes[size <= LargestBlock ? classOfSize[size] : NoClass];
+    return size <= LargestBlock ? *setOfSize[size] : state.classes[NoClass];
 }
 
-// The offset of an address in the region; state.regionSize or more for an address outside.
+// The offset of an address in the region; RegionSize or more for an address outside.
 inline std::size_t RegionOffset(const void* address)
 {
     return reinterpret_cast<std::uintptr_t>(address) - state.region;
 }
 
-// Whether the released block only has to be pushed, and its page to become the current one: the page was not full, and
-// does not become empty or is the one that would be chosen then.
-inline bool IsPlainRelease(const fixedheap::Page& page)
+// The page of an offset below RegionSize.
+inline HeapPage& PageAt(std::size_t offset)
 {
-    const fixedheap::PageSet& set = *page.owner;
-    return page.freeList != nullptr &&
-           (page.usedCount > 1 || (page.usedCount == 1 && set.current == &page && set.pages[set.firstOpen] == &page));
+    return *recordOfStep[StepOf(offset)];
 }
 
 // What VxMalloc does.
@@ -54,7 +77,7 @@ inline void* Allocate(std::size_t size)
 {
     if (size > LargestBlock)
         return std::malloc(size);
-    fixedheap::Page& page = *state.classes[classOfSize[size]].current;
+    fixedheap::Page& page = *setOfSize[size]->current;
     if (!fixedheap::HasLinkedBlock(page)) [[unlikely]]
         return AllocateUncommon(size);
     return fixedheap::PopLinked(page);
@@ -64,13 +87,15 @@ inline void* Allocate(std::size_t size)
 inline void Release(void* block)
 {
     const std::size_t offset = RegionOffset(block);
-    if (offset >= state.regionSize)
+    if (offset >= RegionSize)
         return std::free(block);
-    fixedheap::Page& page = state.pages[PageOfOffset(offset)];
-    if (!IsPlainRelease(page)) [[unlikely]]
-        return ReleaseUncommon(page, static_cast<fixedheap::Block*>(block));
+    HeapPage& page = PageAt(offset);
+    if (!page.isAlone) [[unlikely]] {
+        if (page.usedCount <= 1) [[unlikely]]
+            return ReleaseUncommon(page, static_cast<fixedheap::Block*>(block));
+        page.owner->current = &page;
+    }
     fixedheap::Push(page, static_cast<fixedheap::Block*>(block));
-    page.owner->current = &page;
 }
 
 // ---- For tests -----------------------------------------------------------------------------------------------------
