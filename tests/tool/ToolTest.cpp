@@ -1,0 +1,487 @@
+// The host program as its users meet it: arguments and input in, output, messages and exit code out.
+#include "platform/Platform.h"
+#include "support/ChildProcess.h"
+#include "support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+bool OnWindows()
+{
+    return platform::Separator() == L'\\';
+}
+
+// The folder of this test program, which is that of tuvo and of the catalogue too.
+std::wstring BuildFolder()
+{
+    static const char anchor = 0;
+    const std::wstring file = platform::ModuleFile(&anchor);
+    return file.substr(0, file.find_last_of(L"/\\") + 1);
+}
+
+ChildResult Tuvo(const Arguments& arguments, const std::string& input = {}, const ChildVariables& variables = {})
+{
+    std::vector<std::wstring> all = {BuildFolder() + (OnWindows() ? L"tuvo.exe" : L"tuvo")};
+    for (const std::string& argument : arguments)
+        all.push_back(platform::Widen(argument));
+    ChildVariables clean = {{L"TUVO_CATALOGUE", std::nullopt}, {L"BU_LOG_LEVEL", std::nullopt}};
+    clean.insert(clean.end(), variables.begin(), variables.end());
+    return RunAndCapture(all, clean, input);
+}
+
+std::string Text(const Arguments& arguments)
+{
+    std::string text = "tuvo";
+    for (const std::string& argument : arguments)
+        text += " '" + argument + '\'';
+    return text;
+}
+
+bool Contains(const std::string& text, const std::string& part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+// ---- Conversion ----------------------------------------------------------------------------------------------------
+
+struct Conversion
+{
+    const char* value;
+    const char* type;
+    const char* from;
+    const char* to;
+    double result;  // of the program `units` 2.22: units -t -o %.15g '210000 MPa' psi
+};
+
+TEST(TuvoConvert, AgreesWithGnuUnits)
+{
+    constexpr Conversion Rows[] = {
+        {"210000", "Pressure", "mm,ton,sec,kelvin", "in,lbf,sec,fahrenheit", 30457924.9233439},
+        {"7.85e-9", "Density", "mm,n,sec", "in,lbf,sec", 0.000734544492961071},
+        {"1", "Density", "mm,ton,sec", "ft,lb,sec", 62427960576.1446},
+        {"1", "Force", "in,lbf,sec", "m,kg,sec", 4.4482216152605},
+        {"1", "Force", "ft,pdl,sec", "m,n,sec", 0.138254954376},
+        {"12.5", "Force", "in,kip,sec", "m,kn,sec", 55.6027701907563},
+        {"1", "Mass", "ft,lbf,sec", "m,kg,sec", 14.5939029372064},
+        {"1", "Mass", "in,lbf,sec", "m,kg,sec", 175.126835246476},
+        {"1", "Stress", "mm,kgf,sec", "mm,ton,sec", 9.80665},
+        {"20", "Temperature", "m,kg,sec,centigrade", "m,kg,sec,fahrenheit", 68.0},
+        {"98.6", "Temperature", "m,kg,sec,fahrenheit", "m,kg,sec,kelvin", 310.15},
+        {"1", "Thermal Conductivity", "m,kg,sec,kelvin", "in,lbf,sec,fahrenheit", 0.124893857277617},
+    };
+    for (const Conversion& row : Rows) {
+        const ChildResult run =
+            Tuvo({"convert", row.value, "--type", row.type, "--from", row.from, "--to", row.to, "--plain"});
+        EXPECT_EQ(run.exitCode, 0) << run.errors;
+        EXPECT_NEAR(std::stod(run.output), row.result, 1e-13 * std::abs(row.result)) << row.value << ' ' << row.type;
+    }
+}
+
+TEST(TuvoConvert, TakesOneSystemUnderAllItsNames)
+{
+    for (const char* const name :
+         {"in-slinch-sec-fahrenheit", "IN-SLINCH-SEC-FAHRENHEIT", "in, slinch, s, degF (lbf, psi)", "22",
+          "in,slinch,sec,fahrenheit", "IN , Slinch , SEC , Fahrenheit", "in,lbf,sec,fahrenheit", "INCH,LBF,S,FAHR",
+          "in,slinch,s,degF"}) {
+        const ChildResult run = Tuvo({"convert", "1", "--type", "Temperature", "--from", name, "--to", "0"});
+        EXPECT_EQ(run.output, "1 degF = 255.927777777778 K\n") << name << run.errors;
+    }
+}
+
+struct Shown
+{
+    Arguments arguments;
+    const char* output;
+};
+
+TEST(TuvoConvert, ShowsResultsAsAskedFor)
+{
+    const Shown rows[] = {
+        {{"1", "10", "2.5e3", "-.5", "--type", "pressure", "--from", "mm,ton,sec", "--to", "m,kg,sec"},
+         "    1 MPa = 1000000 Pa\n"
+         "   10 MPa = 10000000 Pa\n"
+         "2.5e3 MPa = 2.5e+09 Pa\n"
+         " -0.5 MPa = -500000 Pa\n"},
+        {{"1", "2", "--plain", "--digits", "5", "--type", "36", "--from", "5", "--to", "22"}, "145.04\n290.08\n"},
+        // Offsets leave no noise in the last digits: 0 C, the Fahrenheit zero, absolute zero.
+        {{"0", "-17.77777777777778", "-273.15", "--plain", "--type", "Temperature", "--from", "1", "--to", "22"},
+         "32\n0\n-459.67\n"},
+        {{"1e-300", "--plain", "--type", "Length", "--from", "0", "--to", "5"}, "1e-297\n"},
+        {{"--factor", "--type", "Temperature", "--from", "1", "--to", "22"}, "degF = degC * 1.8 + 32\n"},
+        {{"--factor", "--plain", "--type", "Temperature", "--from", "0", "--to", "1"}, "1 -273.15\n"},
+        {{"--factor", "3", "--type", "Length", "--from", "0", "--to", "5"}, "mm = m * 1000\n3 m = 3000 mm\n"},
+        {{"180", "--type", "Angle in Degrees", "--to-type", "Angle"}, "180 deg = 3.14159265358979 rad\n"},
+        {{"0.125", "--type", "Ratio", "--to-type", "Percentage"}, "0.125 = 12.5 percent\n"},
+        {{"30", "--type", "Rotational Speed in RPM", "--to-type", "Angular Velocity", "--to", "9", "--digits", "6"},
+         "30 rpm = 0.00314159 rad/ms\n"},
+        // The label does not depend on units that the quantity does not have.
+        {{"1", "--type", "Pressure", "--from", "in,lbf,sec,centigrade", "--to", "0"}, "1 psi = 6894.75729316836 Pa\n"},
+    };
+    for (const Shown& row : rows) {
+        Arguments arguments = row.arguments;
+        arguments.insert(arguments.begin(), "convert");
+        const ChildResult run = Tuvo(arguments);
+        EXPECT_EQ(run.output, row.output) << Text(arguments);
+        EXPECT_EQ(run.errors, "") << Text(arguments);
+        EXPECT_EQ(run.exitCode, 0) << Text(arguments);
+    }
+}
+
+TEST(TuvoConvert, NamesEachBadValueAndConvertsTheOthers)
+{
+    const ChildResult run = Tuvo({"convert", "abc", "1", "1e999", "nan", "12a", "", "1,5", "1e308", "2", "--type",
+                                  "Length", "--from", "0", "--to", "5", "--plain"});
+    EXPECT_EQ(run.output, "\n1000\n\n\n\n\n\n\n2000\n");
+    EXPECT_EQ(run.errors,
+              "tuvo: error: value 1: \"abc\" is not a number\n"
+              "tuvo: error: value 3: \"1e999\" is too large\n"
+              "tuvo: error: value 4: \"nan\" is not a finite number\n"
+              "tuvo: error: value 5: \"12a\" is not a number: \"a\" follows it\n"
+              "tuvo: error: value 6: \"\" is not a number\n"
+              "tuvo: error: value 7: \"1,5\" is not a number: \",5\" follows it\n"
+              "tuvo: error: value 8: \"1e308\" has no finite result\n"
+              "tuvo: error: 7 of 9 values could not be converted\n");
+    EXPECT_EQ(run.exitCode, 1);
+}
+
+// ---- Standard input ------------------------------------------------------------------------------------------------
+
+const Arguments MetresToMillimetres = {"convert", "--type", "Length", "--from", "0", "--to", "5"};
+
+TEST(TuvoConvert, GivesALineForEachLineOfTheInput)
+{
+    const std::string input =
+        "\xEF\xBB\xBF"
+        "1\r\n\n  2.5e-3\t\nabc\n-0\n7";
+    const ChildResult run = Tuvo(MetresToMillimetres, input);
+    EXPECT_EQ(run.output, "1000\n\n2.5\n\n0\n7000\n");
+    EXPECT_EQ(run.errors,
+              "tuvo: error: line 4: \"abc\" is not a number\n"
+              "tuvo: error: 1 of 6 lines could not be converted\n");
+    EXPECT_EQ(run.exitCode, 1);
+
+    Arguments equations = MetresToMillimetres;
+    equations.insert(equations.end(), {"-", "--equation"});
+    EXPECT_EQ(Tuvo(equations, "1\n").output, "1 m = 1000 mm\n");
+    EXPECT_EQ(Tuvo(MetresToMillimetres, "").output, "");
+}
+
+TEST(TuvoConvert, IsNotStoppedByBytesThatAreNoText)
+{
+    const ChildResult run = Tuvo(MetresToMillimetres, std::string("1\0 2\n\x1b[31m\n3\n", 14) + std::string(5000, 'x'));
+    EXPECT_EQ(run.output, "\n\n3000\n\n");
+    EXPECT_TRUE(Contains(run.errors, "line 1: \"1? 2\" is not a number")) << run.errors;
+    EXPECT_TRUE(Contains(run.errors, "line 2: \"?[31m\" is not a number")) << run.errors;
+    EXPECT_TRUE(Contains(run.errors, "xxx...\" is not a number")) << run.errors;
+    EXPECT_LT(run.errors.size(), 500u);
+}
+
+TEST(TuvoConvert, StreamsLongInputs)
+{
+    std::string input;
+    std::string expected;
+    for (int i = 1; i <= 100'000; ++i) {
+        input += std::to_string(i) + '\n';
+        expected += std::to_string(i) + "000\n";
+    }
+    const ChildResult run = Tuvo(MetresToMillimetres, input);
+    EXPECT_TRUE(run.output == expected);
+    EXPECT_EQ(run.errors, "");
+
+    std::string bad;
+    for (int i = 0; i < 1000; ++i)
+        bad += "x\n";
+    const ChildResult failed = Tuvo(MetresToMillimetres, bad);
+    EXPECT_TRUE(Contains(failed.errors, "line 20: ")) << failed.errors;
+    EXPECT_FALSE(Contains(failed.errors, "line 21: ")) << failed.errors;
+    EXPECT_TRUE(Contains(failed.errors, "1000 of 1000 lines could not be converted; only the first are listed"));
+}
+
+// ---- What can be wrong ---------------------------------------------------------------------------------------------
+
+struct Wrong
+{
+    Arguments arguments;
+    int exitCode;
+    const char* message;
+};
+
+TEST(Tuvo, SaysWhatIsWrongAndWhatMayHaveBeenMeant)
+{
+    const Wrong rows[] = {
+        {{"convert", "1", "--type", "Presure", "--from", "0", "--to", "5"},
+         1,
+         "there is no data type \"Presure\"; did you mean \"Pressure\"?"},
+        {{"convert", "1", "--type", "9999", "--from", "0", "--to", "5"}, 1, "there is no data type \"9999\""},
+        {{"units", "--type", "Modulus"}, 1, "did you mean \"Bulk Modulus\", \"Shear Modulus\" or \"Section Modulus\"?"},
+        {{"convert", "1", "--type", "Length", "--from", "mm-ton-sec-celvin", "--to", "5"},
+         1,
+         "there is no unit system \"mm-ton-sec-celvin\"; did you mean \"mm-ton-sec-kelvin\""},
+        {{"convert", "1", "--type", "Length", "--from", "mm,tn,sec", "--to", "5"},
+         1,
+         "there is no mass unit \"tn\"; did you mean \"ton\"?"},
+        {{"convert", "1", "--type", "Length", "--from", "ton,mm,sec", "--to", "5"},
+         1,
+         "\"ton\" is a mass unit where a length unit belongs (the order is length, mass, time, heat)"},
+        {{"convert", "1", "--type", "Length", "--from", "mm,ton", "--to", "5"}, 1, "\"mm,ton\" lists 2 units"},
+        {{"convert", "1", "--type", "Length", "--from", "ft,n,sec", "--to", "5"},
+         1,
+         "the catalogue has no mass unit that makes n the force of ft and sec"},
+        {{"convert", "1", "--type", "Length", "--from", "unitless", "--to", "5"},
+         1,
+         "the unit system \"unitless\" has no length unit"},
+        {{"convert", "1", "--type", "Length", "--to-type", "Area", "--from", "0", "--to", "5"},
+         1,
+         "the data types \"Length\" and \"Area\" have different dimensions"},
+        {{"convert", "1", "--type", "Length", "--from", "0"}, 2, "--to is required for the data type \"Length\""},
+        {{"convert", "1", "--from", "0", "--to", "5"}, 2, "--type is required (see tuvo convert --help)"},
+        {{"convert", "1", "--tpye", "Length"}, 2, "there is no option \"--tpye\"; did you mean \"--type\"?"},
+        {{"convert", "1", "-", "--type", "Ratio"}, 2, "\"-\" stands for standard input"},
+        {{"convert", "1", "--type", "Ratio", "--digits", "18"}, 2, "--digits: Value 18 not in range 1 to 17"},
+        {{"convert", "1", "--type", "Ratio", "--plain", "--equation"}, 2, "--plain and --equation exclude each other"},
+        {{"covnert"}, 2, "there is no command \"covnert\"; did you mean \"convert\"? (see tuvo --help)"},
+        {{"units", "Pressure"}, 2, "\"Pressure\" is one argument too many (see tuvo units --help)"},
+    };
+    for (const Wrong& row : rows) {
+        const ChildResult run = Tuvo(row.arguments);
+        EXPECT_TRUE(Contains(run.errors, row.message)) << Text(row.arguments) << '\n' << run.errors;
+        EXPECT_EQ(run.exitCode, row.exitCode) << Text(row.arguments);
+        EXPECT_EQ(run.output, "") << Text(row.arguments);
+    }
+}
+
+TEST(Tuvo, HelpsOnEveryLevel)
+{
+    EXPECT_EQ(Tuvo({}).output, Tuvo({"--help"}).output);
+    EXPECT_EQ(Tuvo({}).exitCode, 0);
+    for (const char* const command : {"convert", "units", "info"}) {
+        const ChildResult help = Tuvo({command, "--help"});
+        EXPECT_TRUE(Contains(help.output, "Examples:\n  tuvo " + std::string(command))) << help.output;
+        EXPECT_EQ(help.exitCode, 0) << command;
+        EXPECT_TRUE(Contains(Tuvo({"--help"}).output, command));
+    }
+}
+
+TEST(Tuvo, ReportsResultsThatCannotBeWritten)
+{
+    if (OnWindows())
+        GTEST_SKIP() << "there is no device that is always full";
+    const TemporaryFolder folder;
+    const std::wstring errors = folder.Path("errors");
+    platform::ProgramStreams streams;
+    streams.outputFile = L"/dev/full";
+    streams.errorFile = errors.c_str();
+    EXPECT_EQ(platform::RunProgram({BuildFolder() + L"tuvo", L"units", L"--systems"}, streams), 1);
+    EXPECT_EQ(ReadTextFile(errors), "tuvo: error: cannot write the results: No space left on device\n");
+}
+
+// ---- Catalogues ----------------------------------------------------------------------------------------------------
+
+// A catalogue of a metre, a millimetre, a kilogram, a second and a kelvin, with some lines more.
+std::string CatalogueWith(const std::string& lines, const std::string& systemId = "0")
+{
+    return R"(<UNITS>
+<BASE_TYPE TYPE="LENGTH"><BASE_UNIT ID="1" NAME="Meter" ABBR="m" CONV_VAL="1"/>
+  <BASE_UNIT ID="2" NAME="Millimeter" ABBR="mm" CONV_VAL="1000"/></BASE_TYPE>
+<BASE_TYPE TYPE="MASS"><BASE_UNIT ID="3" NAME="Kilogram" ABBR="kg" CONV_VAL="1"/></BASE_TYPE>
+<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="4" NAME="Second" ABBR="sec" CONV_VAL="1"/></BASE_TYPE>
+<BASE_TYPE TYPE="HEAT"><BASE_UNIT ID="5" NAME="Kelvin" ABBR="kelvin" CONV_VAL="1"/></BASE_TYPE>
+<UNIT_SYSTEM ID=")" +
+           systemId + R"(" NAME="SI" LENGTH_UNIT="1" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>
+<DATA_TYPE ID="1" NAME="Length" NUM_L="1" NUM_M="0" NUM_T="0" NUM_H="0"/>
+)" + lines +
+           "</UNITS>\n";
+}
+
+TEST(TuvoCatalogue, IsTakenFromWhereTheUserSays)
+{
+    const TemporaryFolder folder;
+    folder.Write("unit.xml", CatalogueWith(""));
+    folder.Write("draft.xml", CatalogueWith(R"(<DATA_TYPE ID="2" NAME="Span" NUM_L="1"/>)"));
+    const Arguments span = {"convert", "2", "--type", "Span", "--from", "SI", "--to", "mm,kg,sec", "--catalogue"};
+    const auto with = [](Arguments arguments, const std::string& last) {
+        arguments.push_back(last);
+        return arguments;
+    };
+    EXPECT_EQ(Tuvo(with(span, folder.NarrowPath("draft.xml"))).output, "2 m = 2000 mm\n");
+    EXPECT_TRUE(Contains(Tuvo(with(span, folder.NarrowPath())).errors, "there is no data type \"Span\""));
+
+    Arguments fromVariable(span.begin(), span.end() - 1);
+    const ChildVariables variables = {{L"TUVO_CATALOGUE", folder.Path("draft.xml")}};
+    EXPECT_EQ(Tuvo(fromVariable, {}, variables).output, "2 m = 2000 mm\n");
+}
+
+TEST(TuvoCatalogue, IsReportedWhenItCannotBeRead)
+{
+    const TemporaryFolder folder;
+    platform::CreateOneDirectory(folder.Path("inner").c_str());
+    platform::CreateOneDirectory(folder.Path("inner/unit.xml").c_str());
+    const std::string whole = CatalogueWith("");
+    folder.Write("cut.xml", whole.substr(0, whole.size() / 2));
+    folder.Write("empty.xml", "");
+    folder.Write("other.xml", "<page><body/></page>");
+    const Wrong rows[] = {
+        {{folder.NarrowPath()}, 1, "unit.xml: cannot open file: "},
+        {{folder.NarrowPath("inner")}, 1, "unit.xml: cannot open file: "},
+        {{folder.NarrowPath("cut.xml")}, 1, " at offset "},
+        {{folder.NarrowPath("empty.xml")}, 1, "empty.xml: no root element"},
+        {{folder.NarrowPath("other.xml")}, 1, "other.xml is not a unit catalogue"},
+    };
+    for (const Wrong& row : rows)
+        for (const Arguments& command : {Arguments{"convert", "1", "--type", "Ratio"}, Arguments{"units"}}) {
+            Arguments arguments = command;
+            arguments.insert(arguments.end(), {"--catalogue", row.arguments.front()});
+            const ChildResult run = Tuvo(arguments);
+            EXPECT_TRUE(Contains(run.errors, row.message)) << Text(arguments) << '\n' << run.errors;
+            EXPECT_TRUE(Contains(run.errors, row.arguments.front())) << run.errors;
+            EXPECT_EQ(run.exitCode, 1);
+            EXPECT_EQ(run.output, "");
+        }
+}
+
+TEST(TuvoCatalogue, NeverConvertsWithAnotherSystemThanTheOneNamed)
+{
+    // The system of mm, kg, sec, kelvin is made at run time. Its id would be 1, the number of systems without it and the
+    // unitless one counted, which a system of the file has already.
+    const TemporaryFolder folder;
+    folder.Write("unit.xml", CatalogueWith("", "2"));
+    const ChildResult run = Tuvo({"convert", "1", "--type", "Length", "--from", "SI", "--to", "mm,kg,sec,kelvin",
+                                  "--catalogue", folder.NarrowPath()});
+    EXPECT_EQ(run.output, "");
+    EXPECT_TRUE(Contains(run.errors, "numbers its unit systems so that none can be added")) << run.errors;
+}
+
+TEST(TuvoUnits, ChecksTheShippedCatalogue)
+{
+    const ChildResult run = Tuvo({"units", "--check"});
+    EXPECT_TRUE(Contains(run.output, "no problems")) << run.output;
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+}
+
+TEST(TuvoUnits, FindsWhatIsWrongInACatalogue)
+{
+    struct Row
+    {
+        const char* line;
+        const char* problem;
+    };
+    constexpr Row Rows[] = {
+        {R"(<BASE_TYPE TYPE="Length"/>)", R"(TYPE "Length" is not LENGTH, MASS, TIME, HEAT or CONSTANT)"},
+        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="1" NAME="Minute" ABBR="min" CONV_VAL="0.02"/></BASE_TYPE>)",
+         R"(BASE_UNIT "Minute": the id "1" is that of "Meter" too)"},
+        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="9" NAME="Month" ABBR="MM" CONV_VAL="4e-7"/></BASE_TYPE>)",
+         R"(BASE_UNIT "Month": the abbreviation "MM" is that of "Millimeter" too)"},
+        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="9" NAME="Hour" CONV_VAL="1/3600"/></BASE_TYPE>)",
+         R"(BASE_UNIT "Hour": CONV_VAL: "1/3600" is not a number: "/3600" follows it)"},
+        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="9" NAME="Hour" CONV_VAL="1"/></BASE_TYPE>)", "ABBR is missing"},
+        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="9" NAME="Hour" ABBR="h"/></BASE_TYPE>)", "CONV_VAL is missing"},
+        {R"(<UNIT_SYSTEM ID="0" NAME="A" LENGTH_UNIT="2" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>)",
+         R"(UNIT_SYSTEM "A": the id "0" is that of "SI" too)"},
+        {R"(<UNIT_SYSTEM ID="1" NAME="A" LENGTH_UNIT="7" MASS_UNIT="-1" TIME_UNIT="4" HEAT_UNIT="5"/>)",
+         R"(UNIT_SYSTEM "A": the length unit 7 does not exist)"},
+        {R"(<UNIT_SYSTEM ID="1" NAME="A" LENGTH_UNIT="3" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>)",
+         R"(UNIT_SYSTEM "A": the length unit "Kilogram" is a unit of mass)"},
+        {R"(<UNIT_SYSTEM ID="2" NAME="A" LENGTH_UNIT="2" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>)",
+         R"(UNIT_SYSTEM "A": the id 2 is not among 0 to 1)"},
+        {R"(<UNIT_SYSTEM NAME="A" LENGTH_UNIT="2" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>)",
+         R"(UNIT_SYSTEM "A": ID is missing: this system and all after it are not read)"},
+        {R"(<DATA_TYPE ID="2" NAME="LENGTH" NUM_L="1" NUM_M="0" NUM_T="0" NUM_H="0"/>)",
+         R"(DATA_TYPE "LENGTH": the name "LENGTH" is that of "Length" too)"},
+        {R"(<DATA_TYPE ID="2" NAME="Area" NUM_L="2.5" NUM_M="0" NUM_T="0" NUM_H="0"/>)",
+         R"(DATA_TYPE "Area": NUM_L: 2.5 is not a whole number)"},
+        {R"(<DATA_TYPE ID="2" NAME="Area" NUM_L="2" NUM_M="0" NUM_T="0" NUM_H="0" DISPLAY_UNIT_ID_NAME="0:m2;0;4:a"/>)",
+         R"(DATA_TYPE "Area": display unit "0" is not of the form ID:UNIT)"},
+        {R"(<DATA_TYPE ID="2" NAME="Area" NUM_L="2" NUM_M="0" NUM_T="0" NUM_H="0" DISPLAY_UNIT_ID_NAME="0:m2;4:a"/>)",
+         R"(the display unit "a" is for the unit system 4, which does not exist)"},
+        {R"(<DATA_TYPE ID="2" NAME="Share" NUM_L="0" NUM_M="0" NUM_T="0" NUM_H="0" CONST_ID="77"/>)",
+         R"(DATA_TYPE "Share": the constant 77 does not exist)"},
+    };
+    const TemporaryFolder folder;
+    for (const Row& row : Rows) {
+        folder.Write("unit.xml", CatalogueWith(row.line));
+        const ChildResult run = Tuvo({"units", "--check", "--catalogue", folder.NarrowPath()});
+        EXPECT_TRUE(Contains(run.output, row.problem)) << row.line << '\n' << run.output << run.errors;
+        EXPECT_EQ(run.exitCode, 1) << row.line;
+    }
+    folder.Write("unit.xml", CatalogueWith(""));
+    EXPECT_EQ(Tuvo({"units", "--check", "--catalogue", folder.NarrowPath()}).exitCode, 0);
+}
+
+TEST(TuvoUnits, TriesEveryTypeBetweenAllPairsOfSystems)
+{
+    // 1e-200 to the fourth power is 0.
+    const TemporaryFolder folder;
+    folder.Write("unit.xml", CatalogueWith(R"(
+<BASE_TYPE TYPE="LENGTH"><BASE_UNIT ID="9" NAME="Huge" ABBR="huge" CONV_VAL="1e-200"/></BASE_TYPE>
+<UNIT_SYSTEM ID="1" NAME="H" LENGTH_UNIT="9" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>
+<DATA_TYPE ID="2" NAME="Inertia" NUM_L="4" NUM_M="0" NUM_T="0" NUM_H="0"/>)"));
+    const ChildResult run = Tuvo({"units", "--check", "--catalogue", folder.NarrowPath()});
+    EXPECT_EQ(run.output,
+              "DATA_TYPE \"Inertia\": a value does not come back from \"SI\" to \"H\" and back\n"
+              "DATA_TYPE \"Inertia\": a value does not come back from \"H\" to \"SI\" and back\n");
+}
+
+TEST(TuvoUnits, ListsWhatTheCatalogueHolds)
+{
+    const TemporaryFolder folder;
+    folder.Write("unit.xml", CatalogueWith(R"(
+<UNIT_SYSTEM ID="1" NAME="None" LENGTH_UNIT="-1" MASS_UNIT="-1" TIME_UNIT="-1" HEAT_UNIT="-1"/>
+<DATA_TYPE ID="2" NAME="Force" NUM_L="1" NUM_M="1" NUM_T="-2" NUM_H="0" ZAMVIEW_NAME="F" DISPLAY_UNIT_ID_NAME="0:N"/>)"));
+    const auto units = [&](Arguments arguments) {
+        arguments.insert(arguments.begin(), {"units", "--catalogue", folder.NarrowPath()});
+        return Tuvo(arguments).output;
+    };
+    EXPECT_TRUE(Contains(units({}), "Base units    5  length 2, mass 1, time 1, heat 1, constant 0\n"));
+    EXPECT_EQ(units({"--systems"}),
+              "id  display name  name  length  mass  time  heat\n"
+              " 0                SI    m       kg    sec   kelvin\n"
+              " 1                None  -       -     -     -\n");
+    EXPECT_EQ(units({"--units"}),
+              "kind    id  unit    name        per reference unit  offset\n"
+              "length   1  m       Meter       1\n"
+              "length   2  mm      Millimeter  1000\n"
+              "mass     3  kg      Kilogram    1\n"
+              "time     4  sec     Second      1\n"
+              "heat     5  kelvin  Kelvin      1\n");
+    EXPECT_EQ(units({"--type"}),
+              "id  data type  dimension  SI unit  viewer name\n"
+              " 1  Length     L          m\n"
+              " 2  Force      L M T^-2   N        F\n");
+    EXPECT_EQ(units({"--type", "force"}),
+              "Data type    Force\n"
+              "Id           2\n"
+              "Dimension    L M T^-2\n"
+              "Viewer name  F\n"
+              "\n"
+              "id  system  unit\n"
+              " 0  SI      N\n");
+}
+
+// ---- Information ---------------------------------------------------------------------------------------------------
+
+TEST(TuvoInfo, TellsHowTheLibraryIsSetUp)
+{
+    const ChildResult run = Tuvo({"info"}, {}, {{L"DISABLE_VX_HEAP", std::nullopt}});
+    for (const char* const part : {"Program ", "Library ", "Processors ", "Memory mode       2, leak checking off\n",
+                                   "Block heap        on\n", "Temporary folder ", "Unit catalogue ", "unit.xml\n"})
+        EXPECT_TRUE(Contains(run.output, part)) << part << '\n' << run.output;
+    EXPECT_EQ(run.exitCode, 0);
+
+    const ChildVariables switches = {
+        {L"DISABLE_VX_HEAP", L"1"}, {L"BU_LOG_LEVEL", L"2"}, {L"TUVO_CATALOGUE", L"nowhere.xml"}};
+    const ChildResult changed = Tuvo({"info"}, {}, switches);
+    for (const char* const part :
+         {"Block heap        off, switched off by DISABLE_VX_HEAP\n", "Log               from level 2 on\n",
+          "DISABLE_VX_HEAP=1\n", "cannot read the unit catalogue nowhere.xml"})
+        EXPECT_TRUE(Contains(changed.output, part)) << part << '\n' << changed.output;
+}
+
+}  // namespace
