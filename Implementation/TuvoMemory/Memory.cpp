@@ -108,8 +108,7 @@ bool CallReleaseHook(void* start, bool hasHeader, const char* file, int line)
     return g_state.releaseHook(start, file, line);
 }
 
-// Whether a block made now is none of the checker's business: it is made by a hook itself, or no header can describe
-// it.
+// Whether a block made now is none of the checker's business: made by a hook itself, or too large for a header.
 bool IsBeyondChecker(std::size_t size)
 {
     return g_state.isHookRunning || (size > memory::LargestTrackedSize && memory::LaysHeaders());
@@ -163,6 +162,7 @@ void* ReallocateTracked(void* block, std::size_t size, const char* file, int lin
     return moved;
 }
 
+// Kept: the checker is not told, so in the modes without headers a record keeps the address before the move.
 void* ReallocateUntracked(void* block, std::size_t size)
 {
     void* moved = nullptr;

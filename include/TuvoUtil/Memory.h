@@ -42,7 +42,9 @@ TUVOUTIL_API void* VBuCalloc(std::size_t count, std::size_t size, const char* fi
 
 // Gives a block of `size` bytes with the content of `block`, as far as it fits, in place of `block`. A null block is
 // allocated anew. A size of 0 is reported as an error, frees the block and gives null. On failure the block stays as it
-// was. A block that carries a header always moves, and becomes one of kind 0.
+// was. A block that carries a header always moves, and becomes one of kind 0. In the modes without headers the checker
+// is not told: a leak report then names the place of the first allocation, and a block that moved is reported although it
+// was freed.
 TUVOUTIL_API void* VBuRealloc(void* block, std::size_t size, const char* file, int line);
 
 // Gives a block back; null does nothing. A block may be freed whether or not the checker was active when it was made.
