@@ -116,25 +116,6 @@ public:
     const wchar_t* GetLogDirectoryPath() override { return L"log"; }
 };
 
-TEST(HostServices, AreAnsweredByTheUpdater)
-{
-    ServiceUpdater updater;
-    void* handle = nullptr;
-    int number = 0;
-    EXPECT_EQ(VEnvCreateProcessWithOption("a", "b", {.workingDirectory = "c"}, &handle, &number, true), 4);
-    EXPECT_EQ(number, 12);
-    EXPECT_EQ(VEnvKillProcess(handle), 6);
-    EXPECT_EQ(VEnvCheckProcess(handle, &number), 7);
-    EXPECT_EQ(number, 7);
-    BuString directory;
-    EXPECT_EQ(VEnvGetUserEnvDirectory(directory), 0);  // not 5: what the updater says is not passed on
-    EXPECT_STREQ(directory, L"user");
-    EXPECT_STREQ(VEnvGetCopyright(), L"copyright");
-    EXPECT_STREQ(VEnvGetHomeDirectoryPath(), L"home");
-    EXPECT_STREQ(VEnvGetTempDirectoryPath(), L"temp");
-    EXPECT_STREQ(VEnvGetLogDirectoryPath(), L"log");
-}
-
 void ExpectNoServices(int processAnswer)
 {
     void* handle = nullptr;
@@ -171,27 +152,46 @@ Result CallSlot(TuvoEnvUpdater& updater, int slot, Arguments... arguments)
     return reinterpret_cast<Result (*)(TuvoEnvUpdater*, Arguments...)>(table[slot + 1])(&updater, arguments...);
 }
 
-TEST(TuvoEnvUpdater, KeepsItsSlots)
+TEST(TuvoEnvUpdater, KeepsItsSlotsAndServesThroughThem)
 {
     ServiceUpdater updater;
-    const _ProcessOptions options{.workingDirectory = "c"};
-    void* handle = nullptr;
-    int number = 0;
-    BuString directory;
     CallSlot<void>(updater, 1, TUVO_MESSAGE_WARNING, L"one", false);
     CallSlot<void>(updater, 2, TUVO_MESSAGE_WARNING, L"two", 1);
     CallSlot<_TuvoMsgBoxResponse>(updater, 3, 0u, L"c", L"three", true);
     EXPECT_EQ(updater.TakeLines(), (Lines{"console 1: one", "prompt 1: two", "forced box 0 [c]: three"}));
+
+    const _ProcessOptions options{.workingDirectory = "c"};
+    void* handle = nullptr;
+    int number = 0;
     EXPECT_EQ((CallSlot<int, const char*, const char*, const _ProcessOptions&>(updater, 4, "a", "b", options, &handle,
                                                                                &number, false)),
               4);
+    EXPECT_EQ(number, 13);
+    EXPECT_EQ(VEnvCreateProcessWithOption("a", "b", options, &handle, &number, true), 4);
+    EXPECT_EQ(number, 12);
+
+    BuString directory;
     EXPECT_EQ((CallSlot<int, BuString&>(updater, 5, directory)), 5);
+    EXPECT_EQ(VEnvGetUserEnvDirectory(directory), 0);  // what the updater says is not passed on
+    EXPECT_STREQ(directory, L"user");
     EXPECT_EQ(CallSlot<int>(updater, 6, handle), 6);
+    EXPECT_EQ(VEnvKillProcess(handle), 6);
     EXPECT_EQ(CallSlot<int>(updater, 7, handle, &number), 7);
-    EXPECT_STREQ(CallSlot<const wchar_t*>(updater, 8), L"copyright");
-    EXPECT_STREQ(CallSlot<const wchar_t*>(updater, 9), L"home");
-    EXPECT_STREQ(CallSlot<const wchar_t*>(updater, 10), L"temp");
-    EXPECT_STREQ(CallSlot<const wchar_t*>(updater, 11), L"log");
+    EXPECT_EQ(VEnvCheckProcess(handle, &number), 7);
+
+    const struct
+    {
+        const wchar_t* (*service)();
+        int slot;
+        const wchar_t* text;
+    } rows[] = {{VEnvGetCopyright, 8, L"copyright"},
+                {VEnvGetHomeDirectoryPath, 9, L"home"},
+                {VEnvGetTempDirectoryPath, 10, L"temp"},
+                {VEnvGetLogDirectoryPath, 11, L"log"}};
+    for (const auto& row : rows) {
+        EXPECT_STREQ(CallSlot<const wchar_t*>(updater, row.slot), row.text);
+        EXPECT_STREQ(row.service(), row.text);
+    }
 }
 
 TEST(ConsoleMessageHandler, IsKeptAndNeverCalled)
