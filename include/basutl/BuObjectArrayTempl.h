@@ -5,7 +5,8 @@
 //   names.Add(L"bolt");      // 0, its index
 //   names.GetCount()         // 1
 //
-// T must be copyable and movable without throwing. Indices are checked by assertions only.
+// T must be copyable and movable without throwing; a copy of an item that is incomplete because memory was exhausted (an
+// empty BuString) is an item like any other. Indices are checked by assertions only.
 #pragma once
 
 #include <basutl/BuCRTAllocator.h>
@@ -27,7 +28,14 @@ public:
     BuObjectArrayTempl() noexcept = default;
     BuObjectArrayTempl(const BuObjectArrayTempl& other) noexcept { Append(other); }  // empty when memory is exhausted
     BuObjectArrayTempl(BuObjectArrayTempl&& other) noexcept { Swap(other); }
-    BuObjectArrayTempl& operator=(BuObjectArrayTempl other) noexcept
+    BuObjectArrayTempl& operator=(const BuObjectArrayTempl& other) noexcept  // unchanged when memory is exhausted
+    {
+        BuObjectArrayTempl copy;
+        if (copy.Append(other))
+            Swap(copy);
+        return *this;
+    }
+    BuObjectArrayTempl& operator=(BuObjectArrayTempl&& other) noexcept
     {
         Swap(other);
         return *this;
@@ -65,7 +73,7 @@ public:
     int Add(T item) noexcept { return Insert(m_count, std::move(item)); }
     int Insert(int index, T item) noexcept
     {
-        if (m_count == m_capacity && !Reserve(m_count + 1))
+        if (m_count == m_capacity && (m_count == INT_MAX || !Reserve(m_count + 1)))
             return -1;
         if (index > m_count)
             index = m_count;

@@ -8,8 +8,9 @@
 //   text.Format(L"%s: %d of %zd", L"bolts", 3, size_t(8));   // "bolts: 3 of 8"
 //   text.Find(L"of")                                         // 9
 //
-// When memory is exhausted an operation leaves the text as it was, a constructor leaves it empty; nothing throws.
-// Positions and lengths count wchar_t: UTF-16 units on Windows, characters on Linux.
+// When memory is exhausted an operation leaves the text as it was and a new text is empty; nothing throws. A text longer
+// than INT_MAX counts as memory exhausted. Positions and lengths count wchar_t: UTF-16 units on Windows, characters on
+// Linux.
 #pragma once
 
 #include <basutl/Export.h>
@@ -50,17 +51,20 @@ public:
     friend BASUTL_API BuString operator+(const BuString& left, const BuString& right) noexcept;
 
     // Replaces the text by a printf-style format with its arguments, with one meaning on every system:
-    //   %s %ls wide text     %S %hs narrow text     %c %lc wide character     %C %hc narrow character
-    //   %d %i %u %o %x %X    with h, hh, l, ll, I64, I32, z, t, j             %p %%
-    //   %e %E %f %F %g %G %a %A as printf writes them in the C locale          %n writes and prints nothing
-    // Flags, width and precision, '*' included, are those of printf; for text they count wide characters. A null text
-    // prints nothing. An unknown conversion is copied as it stands. Gives the new length; -1, with the text unchanged,
-    // when memory was exhausted. A null format gives the empty text. The object's own text may be among the arguments.
+    //   %s %ls %ws wide text      %S %hs narrow text      %c %lc wide character      %C %hc narrow character
+    //   %d %i %u %o %x %X    with h, hh, l, ll, I64, I32, I, z, t, j            %% one '%'
+    //   %e %E %f %F %g %G %a %A as printf writes them in the C locale, L for a long double; nan has no minus sign
+    //   %p the 16 digits of a pointer as "00007FFD190C4D40"                     %n writes and prints nothing
+    // Flags, width and precision, '*' included, are those of printf. A width counts wide characters, the precision of a
+    // text its own characters (narrow ones are bytes), which then needs no NUL. A null text prints nothing. What is no
+    // conversion is copied as it stands. The object's own text may be among the arguments.
+    //
+    // Gives the new length; -1, with the text unchanged, when memory was exhausted or the text would be longer than an
+    // int can say. A null format gives the empty text.
     int Format(const wchar_t* format, ...) noexcept;
     int FormatV(const wchar_t* format, va_list arguments) noexcept;
 
-    // Like Format for a text that is its own format: "%%" becomes "%", every other conversion vanishes, and no argument
-    // is ever read.
+    // Like Format for a text that is its own format: no argument is ever read and every conversion but "%%" vanishes.
     int FormatWithoutArguments(const wchar_t* format) noexcept;
 
     // The first position at or after `start` of a text, a character, or any of several characters; -1 when there is
@@ -71,8 +75,8 @@ public:
     int FindOneOf(const wchar_t* characters, int start = 0) const noexcept;
     int ReverseFind(wchar_t character) const noexcept;  // the last position; -1 when there is none
 
-    // Replaces every occurrence, left to right, none inside a replacement. Gives the number replaced; an empty or null
-    // `from` replaces nothing, a null `to` counts as empty. Cost linear in text plus result.
+    // Replaces every occurrence, left to right, none inside a replacement. Gives the number replaced, 0 when memory was
+    // exhausted; an empty or null `from` replaces nothing, a null `to` counts as empty. Cost: one search of the text.
     int Replace(const wchar_t* from, const wchar_t* to) noexcept;
 
     // Inserts before position `index`, at the end when it lies beyond, at the start when it is negative. The new
@@ -80,7 +84,7 @@ public:
     int Insert(int index, wchar_t character) noexcept;
     int Insert(int index, const wchar_t* text) noexcept;
 
-    // `count` characters from `start`, cut to what there is.
+    // `count` characters from `start`, cut to what there is; a negative number counts as 0.
     BuString Mid(int start, int count) const noexcept;
     BuString Left(int count) const noexcept { return Mid(0, count); }
 
@@ -93,17 +97,20 @@ public:
     bool TrimLeftNumber(int& value) noexcept;
 
     // The line that begins at `position`, which then moves to the start of the next one. Lines end at LF; a CR before
-    // it stays with the line. False, with an empty line, at or beyond the end: a trailing LF begins no further line.
+    // it stays with the line. False, with an empty line, at or beyond the end (a trailing LF begins no further line) and
+    // when memory was exhausted. A negative position counts as 0.
     bool ExtractLine(int& position, BuString& line) const noexcept;
 
     // Splits at any of the `delimiters`; runs of them separate once, leading and trailing ones count for nothing. Text
-    // between two `quote` characters is one word without them, delimiters included; 0 for no quoting; an unclosed quote
-    // ends with the text. Gives the number of words, which replace those in `words`; -1 when memory was exhausted.
+    // between two `quote` characters is one word of its own without them, delimiters included, even when it is empty or
+    // touches other text; 0 for no quoting; an unclosed quote ends with the text. Gives the number of words, which
+    // replace those in `words`; -1, with `words` unchanged, when memory was exhausted.
+    //   words of  1 "a b"2   at blanks with quote '"':  1, a b, 2
     int ExtractWords(BuObjectArrayTempl<BuString>& words, const wchar_t* delimiters, wchar_t quote = 0) const noexcept;
 
     // The number that the text begins with, white space before it skipped; 0 when there is none. ToInt takes an
-    // optional sign and digits of the base (2 to 36) and wraps like a cast of the 64-bit value; ToDouble takes what
-    // strtod takes in the C locale.
+    // optional sign and digits of the base (2 to 36) as a 64-bit value that stays at its limit, and casts that to int,
+    // so that 99999999999 gives 1215752191; ToDouble takes what BuReadDouble takes.
     int ToInt(int base = 10) const noexcept;
     double ToDouble() const noexcept;
 

@@ -10,13 +10,14 @@
 
 #include <basutl/BuCRTAllocator.h>
 
+#include <cstddef>
 #include <new>
 #include <type_traits>
 
 template <typename Data, typename Allocator = BuCRTAllocator>
 class BuTreeItemTempl
 {
-    static_assert(std::is_trivially_copyable_v<Data>);
+    static_assert(std::is_trivially_copyable_v<Data> && alignof(Data) <= alignof(std::max_align_t));
 
 public:
     // One place in the list of children.

@@ -1,0 +1,251 @@
+#include <basutl/BuCharacter.h>
+#include <basutl/BuString.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <climits>
+#include <clocale>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <iterator>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+template <typename... Arguments>
+std::wstring Formatted(const wchar_t* text, Arguments... arguments)
+{
+    BuString result(L"before");
+    const int length = result.Format(text, arguments...);
+    EXPECT_EQ(length, result.GetLength());
+    return result.GetText();
+}
+
+// ---- Numbers, against printf itself --------------------------------------------------------------------------------
+
+class FormatAgainstPrintf : public testing::Test
+{
+protected:
+    // A conversion with some of its flags and a width or precision among the arguments, which is `count`.
+    struct Row
+    {
+        std::string format;
+        int count;
+        double value;
+        std::string expected;
+    };
+    static inline std::mt19937_64 s_random{20240607};
+    static inline std::vector<Row> s_rows;
+
+    static unsigned Below(unsigned limit) { return static_cast<unsigned>(s_random() % limit); }
+
+    // Left out is what C libraries disagree on: '0' beside '-', and how %a rounds ties.
+    static Row Draw(const char* flags, const std::string& conversion)
+    {
+        const bool isWidth = Below(3) == 0 || BuToLower(conversion.back()) == 'a';
+        std::string format = Below(2) == 0 ? "%-" : isWidth ? "%" : "%0";
+        for (const char flag : std::string(flags))
+            if (Below(3) == 0)
+                format += flag;
+        format += (isWidth ? "*" : std::to_string(1 + Below(40)) + ".*") + conversion;
+        return {format, Below(50) == 0 ? 1200 : static_cast<int>(Below(60)) - 10, 0.0, ""};
+    }
+
+    // All magnitudes, few and many digits, ties, denormals, and values at the edges of a notation.
+    static double AnyDouble()
+    {
+        constexpr double infinity = std::numeric_limits<double>::infinity();
+        constexpr double edges[] = {0.0, -0.0, 0.5, 9.5, 999999.4, 0.0001, 0.00009999995, 1.7e308, -infinity, infinity};
+        const double any = std::bit_cast<double>(s_random());
+        switch (Below(5)) {
+            case 0:
+                return (static_cast<double>(Below(200'001)) - 100'000) / 8;
+            case 1:
+                return std::ldexp(Below(1000), static_cast<int>(Below(80)) - 40);
+            case 2:
+                return std::bit_cast<double>(s_random() >> 12);
+            case 3:
+                return edges[Below(std::size(edges))];
+            default:
+                return std::isnan(any) ? 1.0 : any;
+        }
+    }
+
+    template <typename Value>
+    static std::string Expected(const Row& row, Value value)
+    {
+        char text[3000];
+        std::snprintf(text, sizeof text, row.format.c_str(), row.count, value);
+        return text;
+    }
+
+    // Before the tests themselves: some C libraries keep memory that they took to print floating-point numbers.
+    static void SetUpTestSuite()
+    {
+        for (int i = 0; i < 20'000; ++i) {
+            Row row = Draw("+ #", std::string(1, "eEfFgGaA"[Below(8)]));
+            row.value = AnyDouble();
+            row.expected = Expected(row, row.value);
+            s_rows.push_back(row);
+        }
+    }
+    static void TearDownTestSuite() { s_rows.clear(); }
+
+    template <typename Value>
+    static void Compare(const Row& row, Value value, const std::string& expected)
+    {
+        BuString actual;
+        actual.Format(BuString(row.format.c_str()), row.count, value);
+        ASSERT_EQ(actual.ToNarrow(), expected) << row.format << " of " << value << " with " << row.count;
+    }
+
+    template <typename Value>
+    static void CompareInteger(const char* flags, const std::string& conversion, Value value)
+    {
+        const Row row = Draw(flags, conversion);
+        Compare(row, value, Expected(row, value));
+    }
+};
+
+TEST_F(FormatAgainstPrintf, PrintsFloatingPoint)
+{
+    for (const Row& row : s_rows)
+        Compare(row, row.value, row.expected);
+}
+
+TEST_F(FormatAgainstPrintf, PrintsIntegersOfEveryLength)
+{
+    for (int i = 0; i < 20'000; ++i) {
+        const unsigned kind = Below(6);
+        const std::string letter(1, "diuoxX"[kind]);
+        const char* const flags = kind < 2 ? "+ " : kind == 2 ? "" : "#";  // others mean nothing to the letter
+        const auto value = static_cast<long long>(s_random() >> Below(64));
+        const long long either = Below(2) == 0 ? value : -value;
+        switch (Below(7)) {
+            case 0:
+                CompareInteger(flags, "hh" + letter, static_cast<int>(either));
+                break;
+            case 1:
+                CompareInteger(flags, "h" + letter, static_cast<int>(either));
+                break;
+            case 2:
+                CompareInteger(flags, letter, static_cast<int>(either));
+                break;
+            case 3:
+                CompareInteger(flags, "l" + letter, static_cast<long>(either));
+                break;
+            case 4:
+                CompareInteger(flags, "z" + letter, static_cast<std::size_t>(either));
+                break;
+            case 5:
+                CompareInteger(flags, "j" + letter, static_cast<std::intmax_t>(either));
+                break;
+            default:
+                CompareInteger(flags, "ll" + letter, either);
+        }
+    }
+}
+
+TEST(Format, PrintsAndReadsNumbersWithoutTheLocale)
+{
+    const auto print = [] {
+        return Formatted(L"%g %.2f %e %a %d", BuString(L"1234.5").ToDouble(), 0.125, 1e6, 1.5, 1234567);
+    };
+    const std::wstring expected = print();
+    const char* const names[] = {"de_DE.UTF-8", "de_DE", "German_Germany.1252"};
+    const bool isSet = std::any_of(std::begin(names), std::end(names),
+                                   [](auto name) { return std::setlocale(LC_ALL, name) != nullptr; });
+    const std::wstring actual = print();
+    std::setlocale(LC_ALL, "C");
+    if (!isSet)
+        GTEST_SKIP() << "no locale with a decimal comma on this machine";
+    EXPECT_EQ(actual, expected);
+}
+
+TEST(Format, PrintsEveryDigitThatIsAskedFor)
+{
+    // Rounding to the next power of ten keeps the zeros that '#' asks for, which some C libraries forget.
+    EXPECT_EQ(Formatted(L"%#g %g %#.2g", 999999.5, 999999.5, 9.96e8), L"1.00000e+06 1e+06 1.0e+09");
+    EXPECT_EQ(Formatted(L"%.1300f", 0.5), L"0.5" + std::wstring(1299, L'0'));
+    EXPECT_EQ(Formatted(L"%#.1300g", 1e-300).size(), std::wstring(L"1.e-300").size() + 1299);
+    EXPECT_EQ(Formatted(L"%010f|%+f|%F|%5f", std::nan(""), std::nan(""), -std::numeric_limits<double>::infinity(),
+                        -std::nan("")),
+              L"       nan|+nan|-INF|  nan");
+    EXPECT_EQ(Formatted(L"%.1Lf|%-06.1f|%0-10a|%.0a|%.1a|%.2A|", 2.5L, 2.5, 1.5, 1.5, 1.09375, 0x1.238p1),
+              L"2.5|2.5   |0x1.8p+0  |0x2p+0|0x1.2p+0|0X1.24P+1|");
+}
+
+// ---- Text and what else is not a number ----------------------------------------------------------------------------
+
+TEST(Format, TakesWideAndNarrowText)
+{
+    EXPECT_EQ(Formatted(L"%s %ls %ws %S %hs %hS %lS", L"1", L"2", L"3", "4", "5", "6", L"7"), L"1 2 3 4 5 6 7");
+    EXPECT_EQ(Formatted(L"%c%lc%C%hc", L'\x3B1', L'b', 'c', 'd'),
+              L"\x3B1"
+              L"bcd");
+    EXPECT_EQ(Formatted(L"[%5s][%-5S][%3c][%.2s][%.*S]", L"ab", "cd", L'e', L"fghi", -1, "jkl"),
+              L"[   ab][cd   ][  e][fg][jkl]");
+    EXPECT_EQ(Formatted(L"[%s%S%3s]", static_cast<wchar_t*>(nullptr), static_cast<char*>(nullptr),
+                        static_cast<wchar_t*>(nullptr)),
+              L"[   ]");
+    const char bytes[] = {'a', 'b'};  // a precision makes a NUL needless
+    const wchar_t characters[] = {L'c', L'd'};
+    EXPECT_EQ(Formatted(L"%.2S%.*s", bytes, 2, characters), L"abcd");
+}
+
+TEST(Format, TakesTheLengthsOfWindows)
+{
+    constexpr long long big = 0x1'0000'0002;
+    EXPECT_EQ(Formatted(L"%I64d %I64X %Iu %I32d %td", big, big, big, -2, std::ptrdiff_t{-3}),
+              L"4294967298 100000002 4294967298 -2 -3");
+    EXPECT_EQ(Formatted(L"%p|%-18p|%18p", reinterpret_cast<void*>(0xABC), nullptr, nullptr),
+              L"0000000000000ABC|0000000000000000  |  0000000000000000");
+}
+
+TEST(Format, CopiesWhatIsNoConversion)
+{
+    EXPECT_EQ(Formatted(L"%%|%5%|%y|%-3k|%*q|%d", 7), L"%|%|%y|%-3k|%*q|7");
+    EXPECT_EQ(Formatted(L"%"), L"%");
+    EXPECT_EQ(Formatted(L"100%5.2"), L"100%5.2");
+    int untouched = 5;
+    EXPECT_EQ(Formatted(L"a%nb%d", &untouched, 6), L"ab6");
+    EXPECT_EQ(untouched, 5);
+    EXPECT_EQ(Formatted(nullptr), L"");
+}
+
+TEST(Format, TakesItsOwnTextAndTextOfAnyLength)
+{
+    BuString text(L"0123456789");
+    for (int i = 0; i < 8; ++i)
+        text.Format(L"%s%s", text.GetText(), text.GetText());
+    ASSERT_EQ(text.GetLength(), 2560);
+    EXPECT_EQ(text.Format(L"%s%5000d|%-5000d|", text.GetText(), 1, 2), 2560 + 10'002);
+    EXPECT_STREQ(text.Mid(2555, 5), L"56789");
+    EXPECT_EQ(text.Find(L"1|2"), 2560 + 4999);
+}
+
+TEST(Format, RefusesWhatIsLongerThanAnInt)
+{
+    BuString text(L"kept");
+    EXPECT_EQ(text.Format(L"x%2147483647d", 1), -1);
+    EXPECT_EQ(text.Format(L"%99999999999s", L""), -1);
+    EXPECT_EQ(text.Format(L"%*d", INT_MIN, 1), -1);
+    EXPECT_EQ(text.Format(L"%.2147483647f", 1.0), -1);
+    EXPECT_STREQ(text, L"kept");
+}
+
+TEST(Format, WithoutArgumentsReadsNone)
+{
+    BuString text;
+    EXPECT_EQ(text.FormatWithoutArguments(L"50%% of %s%5.2f%n%*.*d%S|%y|%"), 12);
+    EXPECT_STREQ(text, L"50% of |%y|%");
+    EXPECT_EQ(text.FormatWithoutArguments(nullptr), 0);
+}
+
+}  // namespace
