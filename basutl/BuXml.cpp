@@ -9,6 +9,8 @@
 
 #include <pugixml.hpp>
 
+#include <algorithm>
+#include <cstring>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -199,6 +201,23 @@ const char* BuXmlNode::GetAttributeUtf8(const char* name) const noexcept
         return nullptr;
     const pugi::xml_attribute attribute = ToNode(m_node).attribute(name);
     return attribute ? attribute.value() : nullptr;
+}
+
+void BuXmlNode::GetAttributesUtf8(const char* const* names, const char** values, int count) const noexcept
+{
+    std::fill_n(values, count, nullptr);
+    int next = 0;  // the name after the last one found, which is tried first
+    for (auto attribute = ToNode(m_node).first_attribute(); attribute; attribute = attribute.next_attribute()) {
+        const char* const name = attribute.name();
+        for (int tried = 0; tried < count; ++tried) {
+            const int i = next;
+            next = next + 1 < count ? next + 1 : 0;
+            if (*name == *names[i] && values[i] == nullptr && std::strcmp(name, names[i]) == 0) {
+                values[i] = attribute.value();
+                break;
+            }
+        }
+    }
 }
 
 BuXmlDocument::BuXmlDocument() noexcept = default;

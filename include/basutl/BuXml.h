@@ -35,6 +35,10 @@ public:
     const char* GetNameUtf8() const noexcept;
     const char* GetAttributeUtf8(const char* name) const noexcept;
 
+    // The same for several attributes in one walk over them, null for each name that is not there. Quickest when the
+    // names stand in the order of the file. Names must not be null nor repeat.
+    void GetAttributesUtf8(const char* const* names, const char** values, int count) const noexcept;
+
 private:
     friend class BuXmlDocument;
     explicit BuXmlNode(void* node) noexcept : m_node(node) {}

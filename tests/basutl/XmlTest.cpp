@@ -125,6 +125,20 @@ TEST_F(Xml, HasNothingInNoNode)
     EXPECT_EQ(m_document.GetRoot().GetAttributeUtf8(nullptr), nullptr);
 }
 
+TEST_F(Xml, GivesSeveralAttributesAtOnce)
+{
+    ASSERT_TRUE(Load("<a one='1' other='-' two='2' on='0' two='second' four='4'/>"));
+    constexpr const char* names[] = {"two", "on", "three", "four", "one"};
+    const char* const expected[] = {"2", "0", nullptr, "4", "1"};
+    const char* values[5] = {"", "", "", "", ""};
+    m_document.GetRoot().GetAttributesUtf8(names, values, 5);
+    for (int i = 0; i < 5; ++i)
+        EXPECT_STREQ(values[i], expected[i]) << names[i];
+    BuXmlNode().GetAttributesUtf8(names, values, 5);
+    for (const char* const value : values)
+        EXPECT_EQ(value, nullptr);
+}
+
 TEST_F(Xml, ReadsTheSameTextInEveryEncoding)
 {
     const std::u32string text = U"<\u00e9\U0001D11E \u20ac='\u00b0\u03a9\U0001D11E\U0010FFFF'/>";
