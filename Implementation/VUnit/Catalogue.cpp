@@ -87,9 +87,8 @@ struct State
     Catalogue* catalogue;                                     // in `storage`; null until it is made
     char* directory;
     std::int32_t emptySystemId;
-    std::uint32_t generation;
 };
-constinit State g_state = {{}, nullptr, nullptr, 0, 1};
+constinit State g_state = {};
 
 Catalogue& Made()
 {
@@ -152,7 +151,7 @@ Record* Append()
             return nullptr;
         records = static_cast<Record*>(moved);
     }
-    ++g_state.generation;
+    ++g_generation;
     Record* const appended = records + count++;
     std::memset(appended, 0, sizeof(Record));
     return appended;
@@ -191,6 +190,8 @@ void CutBack(VUnit& all, const Lengths& lengths)
 
 // ---- The one catalogue ---------------------------------------------------------------------------------------------
 
+constinit std::uint32_t g_generation = 1;
+
 bool Exists()
 {
     return g_state.catalogue != nullptr;
@@ -199,11 +200,6 @@ bool Exists()
 VUnit& Get()
 {
     return Made().records;
-}
-
-std::uint32_t Generation()
-{
-    return g_state.generation;
 }
 
 const char* Directory()
@@ -234,7 +230,7 @@ void ResetForTests()
     VBU_FREE(g_state.directory, modules::VUnit, __LINE__);
     g_state.catalogue = nullptr;
     g_state.emptySystemId = 0;
-    ++g_state.generation;
+    ++g_generation;
 }
 
 // ---- Finding -------------------------------------------------------------------------------------------------------

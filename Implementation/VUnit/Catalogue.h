@@ -38,7 +38,7 @@ bool Exists();
 VUnit& Get();
 
 // Changes whenever a record is appended; never 0.
-std::uint32_t Generation();
+extern std::uint32_t g_generation;
 
 // What VUnitUtlMain keeps: the directory (taken over; null for none) and the id of the system without units (0 at
 // start).

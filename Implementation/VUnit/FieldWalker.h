@@ -12,61 +12,40 @@
 class FieldWalker
 {
 public:
-    FieldWalker(std::string_view text, char divider) noexcept : m_rest(text), m_divider(divider) {}
+    FieldWalker(std::string_view text, char divider) noexcept
+        : m_at(text.data()), m_end(text.data() + text.size()), m_divider(divider)
+    {
+        m_hasLeadingDivider = m_at != m_end && *m_at == m_divider;
+        m_at += m_hasLeadingDivider ? 1 : 0;
+    }
 
-    // Steps to the next field; false past the last one. What follows a field is the divider, the end of the text or a
+    // Steps to the next field; false past the last one. What follows a field is a divider, the end of the text or a
     // terminator.
     bool Next(std::string_view& field) noexcept
     {
-        switch (m_stage) {
-            case Stage::Start:
-                m_stage = Stage::First;
-                if (m_rest.empty() || m_rest.front() != m_divider)
-                    return First(field);
-                m_rest.remove_prefix(1);
-                field = " ";
-                return true;
-            case Stage::First:
-                return First(field);
-            case Stage::Further:
-                break;
+        if (m_hasLeadingDivider) {
+            m_hasLeadingDivider = false;
+            field = " ";
+            return true;
         }
-        m_rest.remove_prefix(LeadingDividers());
-        return !m_rest.empty() && Take(field, 0);
-    }
-
-private:
-    enum class Stage
-    {
-        Start,
-        First,
-        Further
-    };
-
-    // Kept: the first field keeps dividers in front of it, as callers of the splitter know it.
-    bool First(std::string_view& field) noexcept
-    {
-        m_stage = Stage::Further;
-        return Take(field, LeadingDividers());
-    }
-
-    // Takes everything up to the first divider at or after `from`.
-    bool Take(std::string_view& field, std::size_t from) noexcept
-    {
-        field = m_rest.substr(0, m_rest.find(m_divider, from));
-        m_rest.remove_prefix(field.size());
+        const char* start = m_at;
+        while (m_at != m_end && *m_at == m_divider)
+            ++m_at;
+        // Kept: the first field keeps the dividers in front of it, as callers of the splitter know it.
+        if (!m_isFirst && m_at == m_end)
+            return false;
+        start = m_isFirst ? start : m_at;
+        m_isFirst = false;
+        while (m_at != m_end && *m_at != m_divider)
+            ++m_at;
+        field = std::string_view(start, static_cast<std::size_t>(m_at - start));
         return true;
     }
 
-    std::size_t LeadingDividers() const noexcept
-    {
-        std::size_t count = 0;
-        while (count < m_rest.size() && m_rest[count] == m_divider)
-            ++count;
-        return count;
-    }
-
-    std::string_view m_rest;
+private:
+    const char* m_at;
+    const char* m_end;
     char m_divider;
-    Stage m_stage = Stage::Start;
+    bool m_hasLeadingDivider;
+    bool m_isFirst = true;
 };

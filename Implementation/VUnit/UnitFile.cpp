@@ -2,14 +2,16 @@
 
 #include "TuvoMemory/ModuleNames.h"
 #include "VUnit/Catalogue.h"
-#include "VUnit/FieldWalker.h"
+#include "VUnit/DisplayUnits.h"
 
 #include <TuvoUtil/Memory.h>
 #include <TuvoUtil/Units.h>
+#include <basutl/BuCharacter.h>
 #include <basutl/BuNumber.h>
 #include <basutl/BuXml.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -23,93 +25,138 @@ bool IsNamed(const BuXmlNode& node, const char* name)
     return std::strcmp(node.GetNameUtf8(), name) == 0;
 }
 
-// An attribute as narrow text. `Get` is null when there is none, and when its conversion ran out of memory.
-class NarrowAttribute
+// The number of a text. Short ones that are nothing but a number, as most are, are read in place.
+int ReadInteger(const char* text)
+{
+    if (text == nullptr)
+        return 0;
+    const bool isNegative = *text == '-';
+    const char* const digits = text + (isNegative ? 1 : 0);
+    const char* end = digits;
+    int value = 0;
+    for (; BuIsDigit(*end) && end - digits < 9; ++end)
+        value = value * 10 + (*end - '0');
+    if (end == digits || *end != '\0')
+        return BuReadInt(text);
+    return isNegative ? -value : value;
+}
+
+bool IsAscii(std::string_view text)
+{
+    std::uint64_t bits = 0;
+    for (std::uint64_t eight = 0; text.size() >= sizeof eight; text.remove_prefix(sizeof eight)) {
+        std::memcpy(&eight, text.data(), sizeof eight);
+        bits |= eight;
+    }
+    for (const char c : text)
+        bits |= static_cast<std::uint64_t>(c & 0x80);
+    return (bits & 0x8080808080808080) == 0;
+}
+
+// The attributes of an element, in the order of a table of their names.
+template <std::size_t Count>
+class Attributes
 {
 public:
-    NarrowAttribute(const BuXmlNode& node, const char* name) : m_text(node.GetAttributeUtf8(name))
+    Attributes(const BuXmlNode& node, const char* const (&names)[Count]) : m_node(node), m_names(names)
     {
-        if (m_text != nullptr && !IsAscii(m_text))
-            Convert(node, name);
+        node.GetAttributesUtf8(names, m_values, Count);
     }
-    const char* Get() const { return m_text; }
-    bool HasFailed() const { return m_hasFailed; }
-    std::string_view TextOrEmpty() const { return m_text != nullptr ? m_text : ""; }
+
+    bool Has(std::size_t which) const { return m_values[which] != nullptr; }
+    int Integer(std::size_t which) const { return ReadInteger(m_values[which]); }
+    double Number(std::size_t which) const { return BuReadDouble(m_values[which]); }
+
+    // Hands the attribute as narrow text, which ends with a terminator, to `take`, which tells whether it succeeded; the
+    // empty text when there is none. False also when the conversion ran out of memory.
+    template <typename Take>
+    bool Text(std::size_t which, Take take) const
+    {
+        const std::string_view value = Has(which) ? m_values[which] : "";
+        if (IsAscii(value))
+            return take(value);
+        BuString wide;
+        m_node.GetAttribute(BuString(m_names[which]), wide);
+        const std::string narrow = wide.ToNarrow();
+        return !narrow.empty() && take(std::string_view(narrow));
+    }
+
+    // A copy for a record to own; null when memory is exhausted.
+    char* Copy(std::size_t which) const
+    {
+        char* copy = nullptr;
+        Text(which, [&](std::string_view text) {
+            copy = VBuStrDup(text.data(), modules::VUnit, __LINE__);
+            return copy != nullptr;
+        });
+        return copy;
+    }
+
+    // A copy in a field of a record, cut to what fits.
+    template <std::size_t Size>
+    bool CopyInto(char (&field)[Size], std::size_t which) const
+    {
+        return Text(which, [&](std::string_view text) {
+            catalogue::CopyCut(field, Size, text);
+            return true;
+        });
+    }
 
 private:
-    static bool IsAscii(const char* text)
-    {
-        return std::all_of(text, text + std::strlen(text), [](char c) { return (c & 0x80) == 0; });
-    }
-
-    void Convert(const BuXmlNode& node, const char* name)
-    {
-        BuString wide;
-        node.GetAttribute(BuString(name), wide);
-        m_converted = wide.ToNarrow();
-        m_hasFailed = m_converted.empty();
-        m_text = m_hasFailed ? nullptr : m_converted.c_str();
-    }
-
-    const char* m_text;
-    std::string m_converted;
-    bool m_hasFailed = false;
+    const BuXmlNode& m_node;
+    const char* const (&m_names)[Count];
+    const char* m_values[Count];
 };
 
-int IntegerOf(const BuXmlNode& node, const char* attribute)
+enum UnitAttribute
 {
-    return BuReadInt(node.GetAttributeUtf8(attribute));
-}
+    UnitId,
+    UnitName,
+    UnitAbbreviation,
+    UnitConversionValue,
+    UnitAdditiveValue
+};
+constexpr const char* UnitAttributes[] = {"ID", "NAME", "ABBR", "CONV_VAL", "ADD_VAL"};
 
-double NumberOf(const BuXmlNode& node, const char* attribute)
+enum SystemAttribute
 {
-    return BuReadDouble(node.GetAttributeUtf8(attribute));
-}
+    SystemId,
+    SystemName,
+    SystemLength,
+    SystemMass,
+    SystemTime,
+    SystemHeat,
+    SystemDisplayName,
+};
+constexpr std::size_t RequiredSystemAttributes = SystemDisplayName;  // those before it
+constexpr const char* SystemAttributes[] = {"ID",        "NAME",      "LENGTH_UNIT", "MASS_UNIT",
+                                            "TIME_UNIT", "HEAT_UNIT", "DISPLAY_NAME"};
 
-// A copy of an attribute for a record to own, the empty text when there is none; null when memory is exhausted.
-char* CopyOf(const BuXmlNode& node, const char* name)
+enum TypeAttribute
 {
-    const NarrowAttribute attribute(node, name);
-    if (attribute.HasFailed())
-        return nullptr;
-    return VBuStrDup(attribute.TextOrEmpty().data(), modules::VUnit, __LINE__);
-}
-
-template <std::size_t Size>
-bool CopyInto(char (&field)[Size], const BuXmlNode& node, const char* name)
-{
-    const NarrowAttribute attribute(node, name);
-    catalogue::CopyCut(field, Size, attribute.TextOrEmpty());
-    return !attribute.HasFailed();
-}
-
-// ---- Display units -------------------------------------------------------------------------------------------------
-
-// Reads "7:N": the system 7, the unit name "N". An entry of another shape stays all zero.
-void ReadDisplayUnit(std::string_view entry, _UnitDisplayUnitStr& unit)
-{
-    FieldWalker parts(entry, ':');
-    std::string_view id, name, further;
-    if (!parts.Next(id) || !parts.Next(name) || parts.Next(further))
-        return;
-    unit.systemId = BuReadInt(id.data());  // ends at the divider at the latest
-    catalogue::CopyCut(unit.unitName, sizeof unit.unitName, name);
-}
-
-bool ReadDisplayUnits(std::string_view list, _UnitDataTypeStr& type)
-{
-    std::string_view entry;
-    int count = 0;
-    for (FieldWalker entries(list, ';'); entries.Next(entry);)
-        ++count;
-    type.displayUnits = static_cast<_UnitDisplayUnitStr*>(
-        VBuCalloc(static_cast<std::size_t>(count), sizeof(_UnitDisplayUnitStr), modules::VUnit, __LINE__));
-    if (type.displayUnits == nullptr)
-        return false;
-    for (FieldWalker entries(list, ';'); entries.Next(entry);)
-        ReadDisplayUnit(entry, type.displayUnits[type.displayUnitCount++]);
-    return true;
-}
+    TypeId,
+    TypeName,
+    TypeLength,
+    TypeMass,
+    TypeTime,
+    TypeHeat,
+    TypeConstant,
+    TypeSequence,
+    TypeMultiplier,
+    TypeViewerName,
+    TypeDisplayUnits
+};
+constexpr const char* TypeAttributes[] = {"ID",
+                                          "NAME",
+                                          "NUM_L",
+                                          "NUM_M",
+                                          "NUM_T",
+                                          "NUM_H",
+                                          "CONST_ID",
+                                          "SEQUENCE",
+                                          "MULTIPLIER",
+                                          "ZAMVIEW_NAME",
+                                          "DISPLAY_UNIT_ID_NAME"};
 
 // ---- Elements ------------------------------------------------------------------------------------------------------
 
@@ -128,12 +175,12 @@ public:
 private:
     bool ReadElement(const BuXmlNode& node)
     {
-        if (IsNamed(node, "BASE_TYPE"))
-            return ReadBaseType(node);
-        if (IsNamed(node, "UNIT_SYSTEM"))
-            return ReadSystem(node);
         if (IsNamed(node, "DATA_TYPE"))
             return ReadDataType(node);
+        if (IsNamed(node, "UNIT_SYSTEM"))
+            return ReadSystem(node);
+        if (IsNamed(node, "BASE_TYPE"))
+            return ReadBaseType(node);
         return true;
     }
 
@@ -154,30 +201,33 @@ private:
         _UnitBaseTypeStr* const unit = catalogue::AppendUnit();
         if (unit == nullptr)
             return false;
-        unit->name = CopyOf(node, "NAME");
-        unit->abbreviation = CopyOf(node, "ABBR");
-        unit->id = IntegerOf(node, "ID");
+        const Attributes attributes(node, UnitAttributes);
+        unit->id = attributes.Integer(UnitId);
+        unit->name = attributes.Copy(UnitName);
+        unit->abbreviation = attributes.Copy(UnitAbbreviation);
         unit->baseType = m_baseType;
-        unit->conversionValue = NumberOf(node, "CONV_VAL");
-        unit->additiveValue = NumberOf(node, "ADD_VAL");
+        unit->conversionValue = attributes.Number(UnitConversionValue);
+        unit->additiveValue = attributes.Number(UnitAdditiveValue);
         return unit->name != nullptr && unit->abbreviation != nullptr;
     }
 
     bool ReadSystem(const BuXmlNode& node)
     {
-        for (const char* const required : {"NAME", "LENGTH_UNIT", "MASS_UNIT", "TIME_UNIT", "HEAT_UNIT", "ID"})
-            m_systemsEnded |= node.GetAttributeUtf8(required) == nullptr;
+        const Attributes attributes(node, SystemAttributes);
+        for (std::size_t i = 0; i < RequiredSystemAttributes; ++i)
+            m_systemsEnded |= !attributes.Has(i);
         if (m_systemsEnded)
             return true;
         _UnitSystemStr* const system = catalogue::AppendSystem();
         if (system == nullptr)
             return false;
-        system->id = IntegerOf(node, "ID");
-        system->lengthUnit = IntegerOf(node, "LENGTH_UNIT");
-        system->massUnit = IntegerOf(node, "MASS_UNIT");
-        system->timeUnit = IntegerOf(node, "TIME_UNIT");
-        system->heatUnit = IntegerOf(node, "HEAT_UNIT");
-        return CopyInto(system->name, node, "NAME") && CopyInto(system->displayName, node, "DISPLAY_NAME");
+        system->id = attributes.Integer(SystemId);
+        system->lengthUnit = attributes.Integer(SystemLength);
+        system->massUnit = attributes.Integer(SystemMass);
+        system->timeUnit = attributes.Integer(SystemTime);
+        system->heatUnit = attributes.Integer(SystemHeat);
+        return attributes.CopyInto(system->name, SystemName) &&
+               attributes.CopyInto(system->displayName, SystemDisplayName);
     }
 
     static bool ReadDataType(const BuXmlNode& node)
@@ -185,19 +235,21 @@ private:
         _UnitDataTypeStr* const type = catalogue::AppendDataType();
         if (type == nullptr)
             return false;
-        type->name = CopyOf(node, "NAME");
-        type->id = IntegerOf(node, "ID");
-        type->lengthExponent = IntegerOf(node, "NUM_L");
-        type->massExponent = IntegerOf(node, "NUM_M");
-        type->timeExponent = IntegerOf(node, "NUM_T");
-        type->heatExponent = IntegerOf(node, "NUM_H");
-        type->constantId = IntegerOf(node, "CONST_ID");
-        type->hasMultiplier = node.GetAttributeUtf8("MULTIPLIER") != nullptr;
-        type->multiplier = type->hasMultiplier != 0 ? NumberOf(node, "MULTIPLIER") : 1.0;
-        const NarrowAttribute displayUnits(node, "DISPLAY_UNIT_ID_NAME");
-        return type->name != nullptr && CopyInto(type->sequence, node, "SEQUENCE") &&
-               CopyInto(type->viewerName, node, "ZAMVIEW_NAME") && !displayUnits.HasFailed() &&
-               (displayUnits.Get() == nullptr || ReadDisplayUnits(displayUnits.TextOrEmpty(), *type));
+        const Attributes attributes(node, TypeAttributes);
+        type->id = attributes.Integer(TypeId);
+        type->name = attributes.Copy(TypeName);
+        type->lengthExponent = attributes.Integer(TypeLength);
+        type->massExponent = attributes.Integer(TypeMass);
+        type->timeExponent = attributes.Integer(TypeTime);
+        type->heatExponent = attributes.Integer(TypeHeat);
+        type->constantId = attributes.Integer(TypeConstant);
+        type->hasMultiplier = attributes.Has(TypeMultiplier);
+        type->multiplier = type->hasMultiplier != 0 ? attributes.Number(TypeMultiplier) : 1.0;
+        if (type->name == nullptr || !attributes.CopyInto(type->sequence, TypeSequence) ||
+            !attributes.CopyInto(type->viewerName, TypeViewerName))
+            return false;
+        return !attributes.Has(TypeDisplayUnits) ||
+               attributes.Text(TypeDisplayUnits, [&](std::string_view list) { return ReadDisplayUnits(list, *type); });
     }
 
     int m_baseType = 0;

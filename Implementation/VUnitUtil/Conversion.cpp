@@ -91,35 +91,54 @@ bool HasHeatAlone(const catalogue::Exponents& e)
 
 Quantity WorkOut(std::int32_t dataTypeId, std::int32_t systemId)
 {
-    Quantity quantity = {dataTypeId, systemId, 0, false, false, 1.0, 0.0, 0.0, 1.0};
+    Quantity quantity = {};
     const _UnitDataTypeStr* const type = catalogue::FindDataType(dataTypeId);
     const _UnitSystemStr* const system = catalogue::FindSystem(systemId);
-    quantity.generation = catalogue::Generation();
     quantity.multiplier = type != nullptr ? type->multiplier : 1.0;
+    quantity.hasMultiplier = quantity.multiplier != 1.0;
+    quantity.factor = 1.0;
     if (system == nullptr)
         return quantity;
 
     const catalogue::Exponents exponents = ConvertedExponents(type);
     const SystemScales scales(*system);
+    quantity.dataTypeId = dataTypeId;
+    quantity.systemId = systemId;
+    quantity.generation = catalogue::g_generation;
     quantity.hasSystem = true;
-    quantity.isTemperature = HasHeatAlone(exponents) && exponents.heat >= 1;
     quantity.factor = scales.FactorOf(exponents);
     if (dataTypeId == SquareRootType)
         quantity.factor = std::sqrt(quantity.factor);
     quantity.offset = scales.OffsetWithoutHeat(exponents);
-    quantity.heatOffset = scales.heat.offset;
+    quantity.isTemperature = HasHeatAlone(exponents) && exponents.heat >= 1;
+    if (quantity.isTemperature) {
+        quantity.heatOffset = scales.heat.offset;
+        quantity.minusHeatOffset = -scales.heat.offset;
+    }
     return quantity;
 }
 
-// The quantities worked out last, each in the one place that its ids lead to. Ids below 256 and 32 never collide;
-// others do so rarely and are then worked out again.
+// The quantities worked out last, each in the one place that its ids lead to. Ids of types below 256 with ids of systems
+// below 32 never collide; others do so rarely, and are then worked out again.
 constexpr std::uint32_t QuantityCount = 32 * 256;
 constinit Quantity g_quantities[QuantityCount] = {};
 
+Quantity& PlaceOf(std::int32_t dataTypeId, std::int32_t systemId)
+{
+    const std::uint32_t place = static_cast<std::uint32_t>(systemId) * 256 + static_cast<std::uint32_t>(dataTypeId);
+    return g_quantities[place % QuantityCount];
+}
+
+bool IsCurrent(const Quantity& quantity, std::int32_t dataTypeId, std::int32_t systemId)
+{
+    return quantity.dataTypeId == dataTypeId && quantity.systemId == systemId &&
+           quantity.generation == catalogue::g_generation;
+}
+
 double ToReference(double value, const Quantity& from)
 {
-    if (from.multiplier == 1.0)  // most have none, and divisions are slow
-        return (from.isTemperature ? value - from.heatOffset : value) / from.factor - from.offset;
+    if (!from.hasMultiplier) [[likely]]  // and divisions are slow
+        return (value - from.heatOffset) / from.factor - from.offset;
     if (from.isTemperature)
         value = (value / from.multiplier - from.heatOffset) * from.multiplier;
     return value / from.factor / from.multiplier - from.offset;
@@ -127,10 +146,7 @@ double ToReference(double value, const Quantity& from)
 
 double FromReference(double value, const Quantity& to)
 {
-    value = to.factor * (value + to.offset);
-    if (to.isTemperature)
-        value += to.heatOffset;
-    return value * to.multiplier;
+    return (to.factor * (value + to.offset) - to.minusHeatOffset) * to.multiplier;
 }
 
 // ---- Sub-models ----------------------------------------------------------------------------------------------------
@@ -177,6 +193,28 @@ double ConvertSubModel(std::int32_t dataTypeId, double value)
     return ScaleSubModel(value, ConvertedExponents(type)) * (type != nullptr ? type->multiplier : 1.0);
 }
 
+// ---- One value after the other -------------------------------------------------------------------------------------
+
+// Where the last conversion found its quantities: most callers convert many values of one kind. Not both are in a system
+// -1, which means a sub-model.
+constinit const Quantity* g_lastFrom = g_quantities;
+constinit const Quantity* g_lastTo = g_quantities;
+
+// Converts what is not like the last value. Out of line, so that the way of all others is short.
+[[gnu::noinline]] void ConvertNext(int fromType, int toType, int fromSystem, int toSystem, double value, double* out)
+{
+    if (fromSystem == -1 && toSystem == -1) {
+        *out = ConvertSubModel(toType, value);
+        return;
+    }
+    g_lastFrom = &QuantityOf(fromType, fromSystem);
+    if (g_lastFrom->hasSystem)
+        *out = ToReference(value, *g_lastFrom);
+    g_lastTo = &QuantityOf(toType, toSystem);  // may have taken the place of the other one
+    if (g_lastTo->hasSystem)
+        *out = FromReference(*out, *g_lastTo);
+}
+
 // ---- Factors -------------------------------------------------------------------------------------------------------
 
 Scale ScaleOf(const _UnitDataStr* quantity)
@@ -201,30 +239,23 @@ void Store(double* output, double value)
 
 const Quantity& QuantityOf(std::int32_t dataTypeId, std::int32_t systemId)
 {
-    const std::uint32_t place = static_cast<std::uint32_t>(systemId) * 256 + static_cast<std::uint32_t>(dataTypeId);
-    Quantity& quantity = g_quantities[place % QuantityCount];
-    if (quantity.dataTypeId != dataTypeId || quantity.systemId != systemId ||
-        quantity.generation != catalogue::Generation())
-        quantity = WorkOut(dataTypeId, systemId);
-    return quantity;
+    Quantity& kept = PlaceOf(dataTypeId, systemId);
+    if (!IsCurrent(kept, dataTypeId, systemId))
+        kept = WorkOut(dataTypeId, systemId);
+    return kept;
 }
 
 }  // namespace conversion
 
 void VUnitUtlConvertFromOneToAnother(int fromType, int toType, int fromSystem, int toSystem, double value, double* out)
 {
+    using namespace conversion;
     if (out == nullptr)
         return;
-    if (fromSystem == -1 && toSystem == -1) {
-        *out = conversion::ConvertSubModel(toType, value);
-        return;
-    }
-    const conversion::Quantity& from = conversion::QuantityOf(fromType, fromSystem);
-    if (from.hasSystem)
-        *out = conversion::ToReference(value, from);
-    const conversion::Quantity& to = conversion::QuantityOf(toType, toSystem);
-    if (to.hasSystem)
-        *out = conversion::FromReference(*out, to);
+    if (IsCurrent(*g_lastFrom, fromType, fromSystem) && IsCurrent(*g_lastTo, toType, toSystem)) [[likely]]
+        *out = FromReference(ToReference(value, *g_lastFrom), *g_lastTo);
+    else
+        ConvertNext(fromType, toType, fromSystem, toSystem, value, out);
 }
 
 void VUnitUtlSetScaleFatorForSubModelUnitConversion(double length, double mass, double time, int temperatureCode)

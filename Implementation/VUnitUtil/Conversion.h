@@ -5,16 +5,19 @@
 
 namespace conversion {
 
-struct Quantity
+// Offsets that do not apply are 0, so that subtracting them changes nothing, not even the sign of a zero.
+struct alignas(64) Quantity
 {
     std::int32_t dataTypeId;
     std::int32_t systemId;
-    std::uint32_t generation;  // of the catalogue for which the rest was worked out
-    bool hasSystem;            // the system is in the catalogue; else only the multiplier counts
+    std::uint32_t generation;  // of the catalogue for which the rest was worked out; 0 for none
+    bool hasSystem;            // the system is in the catalogue
+    bool hasMultiplier;        // other than 1
     bool isTemperature;        // nothing but a positive power of heat
     double factor;             // this many of its unit make one reference unit
     double offset;             // of the scales of its length, mass and time units, in reference units
-    double heatOffset;         // of its temperature scale, in its unit
+    double heatOffset;         // of a temperature's scale, in its unit
+    double minusHeatOffset;
     double multiplier;
 };
 

@@ -128,7 +128,8 @@ TEST_F(UnitRecords, ReadsDisplayUnitsAsListed)
     } rows[] = {
         {"1:m;2:mm", {{1, "m"}, {2, "mm"}}},
         {"1:m;rest;3:in", {{1, "m"}, {0, ""}, {3, "in"}}},
-        {"7:;7:m:x;:m;-8::k;", {{0, ""}, {0, ""}, {0, "m"}, {-8, "k"}}},
+        {"7:;7:m:x;:m;-8::k;9:s:", {{0, ""}, {0, ""}, {0, "m"}, {-8, "k"}, {9, "s"}}},
+        {"  1:m;\n\t 2 :mm; x", {{1, "m"}, {2, "mm"}, {0, ""}}},
         {";1:m", {{0, ""}, {1, "m"}}},
         {";;1:m", {{0, ""}, {0, "m"}}},  // the second divider is part of the entry: ";1" is no number
         {"", {{0, ""}}},
@@ -276,6 +277,13 @@ struct PlainCatalogue
 
     double Convert(int fromType, int toType, int fromSystem, int toSystem, double value, double out) const
     {
+        if (fromSystem == -1 && toSystem == -1) {  // a sub-model, with its scales as they are at start
+            out = value;
+            for (const PlainType& type : types)
+                if (type.id == toType)
+                    out = value * type.multiplier;
+            return out;
+        }
         const PlainType a = Type(fromType), b = Type(toType);
         if (const PlainSystem* const s = System(fromSystem)) {
             double v = value;
@@ -301,7 +309,7 @@ PlainCatalogue RandomCatalogue(std::mt19937& random)
     const double factors[] = {1.0, 1000.0, 39.37007874015748, 0.001, 1.8, -3.0, 0.0, 1e200, 0.1};
     const double offsets[] = {0.0, -273.15, -459.67, 5.5};
     const double multipliers[] = {1.0, 100.0, 0.3, -7.0, 0.0};
-    const int ids[] = {0, 1, 2, 49, 300, -2, 8192, 2'000'000'000};
+    const int ids[] = {0, 1, 2, 49, 300, -1, 8192, 2'000'000'000};
     PlainCatalogue all;
     for (int i = 0; i < 12; ++i)
         all.units.push_back({below(14), factors[below(9)], offsets[below(4)]});
@@ -349,17 +357,15 @@ bool AreSame(double left, double right)
 
 TEST_F(UnitRecords, ConvertsBitByBitAsThePlainSteps)
 {
-    const int ids[] = {0, 1, 2, 49, 300, -2, 8192, 2'000'000'000, -1, 17};
+    const int ids[] = {0, 1, 2, 49, 300, -1, 8192, 2'000'000'000, 17, -2};
     for (unsigned int seed = 0; seed < 60; ++seed) {
         std::mt19937 random(seed);
         const PlainCatalogue plain = RandomCatalogue(random);
         ASSERT_EQ(Load(FileText(plain)), 1);
         for (int n = 0; n < 3000; ++n) {
             const int fromType = ids[random() % 10], toType = random() % 2 == 0 ? fromType : ids[random() % 10];
-            const int fromSystem = ids[random() % 9], toSystem = ids[random() % 10];
+            const int fromSystem = ids[random() % 10], toSystem = ids[random() % 10];
             const double value = static_cast<double>(random()) / 1e6 - 1000.0;
-            if (fromSystem == -1 && toSystem == -1)
-                continue;
             double converted = 12.5;
             VUnitUtlConvertFromOneToAnother(fromType, toType, fromSystem, toSystem, value, &converted);
             const double expected = plain.Convert(fromType, toType, fromSystem, toSystem, value, 12.5);
