@@ -82,9 +82,19 @@ TEST(FirstMatchIndex, AgreesWithASearchWhereverMemoryRunsOut)
 {
     const std::vector<Record> records = RandomRecords(3, 200);
     EXPECT_GT(allocation::ForEachFailure([&] { CompareWhileGrowing<ByName>(records); }), 3);
+}
+
+TEST(FirstMatchIndex, AgreesWithASearchWhenMemoryIsGoneForGood)
+{
+    const std::vector<Record> records = RandomRecords(3, 200);
+    std::vector<int> found(records.size());
+    FirstMatchIndex<ByName> index("test");
     allocation::FailFrom(2);
-    CompareWhileGrowing<ByName>(records);
+    for (std::size_t i = 0; i < found.size(); ++i)
+        found[i] = index.Find(records.data(), static_cast<int>(i), records[i].name.c_str());
     allocation::FailFrom(0);
+    for (std::size_t i = 0; i < found.size(); ++i)
+        EXPECT_EQ(found[i], FindOneByOne(records, static_cast<int>(i), records[i].name)) << i << " records";
 }
 
 TEST(FirstMatchIndex, KnowsWhetherKeysAreUnique)
