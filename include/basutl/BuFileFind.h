@@ -5,7 +5,9 @@
 //   for (bool more = find.FindFirstFileName(L"model\\*", name); more; more = find.FindNextFileName(name)) ...
 //   find.FindCloseName();
 //
-// Entries come sorted by code units, "." and ".." left out. Case counts on Linux only. Names are without the directory.
+// '*' stands for any run of characters, the empty one included, '?' for exactly one; a point is a character like others.
+// Files and directories come alike, sorted by UTF-16 code units, "." and ".." left out; names are without the directory.
+// The case of ASCII letters counts on Linux only. A walk shows the directory as it was at its start.
 #pragma once
 
 #include <basutl/BuObjectArrayTempl.h>
@@ -15,10 +17,10 @@
 class BASUTL_API BuFileFind
 {
 public:
-    // Starts a walk: a directory, a separator and a pattern for the last name. False when nothing matches or the
-    // directory cannot be read.
+    // Starts a walk: a directory, a separator and a pattern for the last name; without a directory in the working one.
+    // False, with `name` unchanged, when nothing matches, the directory cannot be read or memory is exhausted.
     bool FindFirstFileName(const wchar_t* pattern, BuString& name) noexcept;
-    bool FindNextFileName(BuString& name) noexcept;  // false past the last entry
+    bool FindNextFileName(BuString& name) noexcept;  // false, with `name` unchanged, past the last entry
     void FindCloseName() noexcept;                   // forgets the walk; also done by the next one
 
 private:
