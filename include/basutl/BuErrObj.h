@@ -4,8 +4,8 @@
 //   error->GetErrorCode(code)   // 1, code is 7
 //
 // Objects are made by the BuSet... functions alone and live in a ring of their thread: a pointer stays valid for the
-// next 64 errors of that thread. Each thread has its own last error. When memory is exhausted an object still comes, with
-// its kind and code and an empty message.
+// next 64 errors of that thread. Each thread has its own last error. When memory is exhausted an object still comes,
+// with its kind and code and an empty message.
 #pragma once
 
 #include <basutl/BuString.h>

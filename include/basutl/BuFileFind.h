@@ -5,9 +5,9 @@
 //   for (bool more = find.FindFirstFileName(L"model\\*", name); more; more = find.FindNextFileName(name)) ...
 //   find.FindCloseName();
 //
-// '*' stands for any run of characters, the empty one included, '?' for exactly one; a point is a character like others.
-// Files and directories come alike, sorted by UTF-16 code units, "." and ".." left out; names are without the directory.
-// The case of ASCII letters counts on Linux only. A walk shows the directory as it was at its start.
+// '*' stands for any run of characters, the empty one included, '?' for exactly one; a point is a character like
+// others. Files and directories come alike, sorted by UTF-16 code units, "." and ".." left out; names are without the
+// directory. The case of ASCII letters counts on Linux only. A walk shows the directory as it was at its start.
 #pragma once
 
 #include <basutl/BuObjectArrayTempl.h>

@@ -5,8 +5,8 @@
 //   file.CopyIn(L"backup\\part.inp")
 //
 // Paths take '/' and '\' on both systems. Nothing is printed; a failure, exhausted memory and a null or empty path
-// included, is a false, an empty text or an empty list. Nothing is cached, so the answer of a question may be old when it
-// comes. Functions may be called from any thread, an object from one at a time.
+// included, is a false, an empty text or an empty list. Nothing is cached, so the answer of a question may be old when
+// it comes. Functions may be called from any thread, an object from one at a time.
 #pragma once
 
 #include <basutl/BuObjectArrayTempl.h>
@@ -50,14 +50,14 @@ public:
     // does not exist their absolute paths are. The case of ASCII letters counts on Linux only.
     static bool AreSamePath(const wchar_t* left, const wchar_t* right) noexcept;
 
-    // Removes a file, or an empty directory; a link is removed, not what it leads to. True when it is gone, also when it
-    // was not there.
+    // Removes a file, or an empty directory; a link is removed, not what it leads to. True when it is gone, also when
+    // it was not there.
     static bool RemoveAFile(const wchar_t* path) noexcept;
     static bool RemoveADirectory(const wchar_t* path) noexcept;
 
     // A name that does not exist yet: `path` itself, else with "_1", "_2" ... before its extension ("part_1.inp"; a
-    // point at the start of a name begins none). A link that leads nowhere exists. With `create` the file is made, empty,
-    // so that nobody else takes the name. Empty on failure.
+    // point at the start of a name begins none). A link that leads nowhere exists. With `create` the file is made,
+    // empty, so that nobody else takes the name. Empty on failure.
     static BuString GetFreeFileName(const wchar_t* path, bool create) noexcept;
 
 private:

@@ -7,9 +7,9 @@
 //
 // Text is decoded from UTF-8, UTF-16 or UTF-32, told by the byte-order mark or the first "<", or from Latin-1 where the
 // XML declaration says so. Character references and the five named entities are resolved; others, and a document type,
-// are not. A byte b that is not part of valid UTF-8 becomes the lone unit 0xDC00 + b, on every system. Nodes are handles
-// into their document, valid until it is loaded anew or destroyed. Names compare exactly. A document may be read from
-// several threads, and loaded from one at a time.
+// are not. A byte b that is not part of valid UTF-8 becomes the lone unit 0xDC00 + b, on every system. Nodes are
+// handles into their document, valid until it is loaded anew or destroyed. Names compare exactly. A document may be
+// read from several threads, and loaded from one at a time.
 #pragma once
 
 #include <basutl/BuString.h>
