@@ -170,7 +170,7 @@ void GrowAndShrink(benchmark::State& state, std::size_t count)
 {
     std::vector<void*> blocks(count);
     for (auto _ : state) {
-        VFixedHeap pool(10, 16, 0, nullptr);
+        VFixedHeap pool(25, 16, 0, nullptr);
         for (void*& block : blocks)
             block = Touched(pool.Allocate());
         for (void* const block : blocks)
@@ -227,9 +227,9 @@ int main(int argumentCount, char** arguments)
         add("1000 mixed random", Batch, allocator, Order::Random);
         add("60000 live random", Live, allocator);
     }
-    benchmark::RegisterBenchmark("FixedHeap/grow and shrink/1x", GrowAndShrink, 100);
-    benchmark::RegisterBenchmark("FixedHeap/grow and shrink/10x", GrowAndShrink, 1'000);
-    benchmark::RegisterBenchmark("FixedHeap/grow and shrink/100x", GrowAndShrink, 10'000);
+    benchmark::RegisterBenchmark("FixedHeap/grow and shrink/1x", GrowAndShrink, 250);
+    benchmark::RegisterBenchmark("FixedHeap/grow and shrink/10x", GrowAndShrink, 2'500);
+    benchmark::RegisterBenchmark("FixedHeap/grow and shrink/100x", GrowAndShrink, 25'000);
     benchmark::RegisterBenchmark("FixedHeap/InitVxHeap/ours", Init, std::string(arguments[0]) + ' ' + TimeOneInit)
         ->UseManualTime()
         ->Iterations(30);

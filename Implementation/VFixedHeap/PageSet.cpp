@@ -87,6 +87,7 @@ Page** PlaceBehind(const PageSet& set, const void* address)
                             [](std::uintptr_t sought, const Page* page) { return sought < AddressOf(page->memory); });
 }
 
+// Goes back from the last page of that address: nothing forbids to insert the same memory twice.
 Page** PlaceByAddress(const PageSet& set, const Page& page)
 {
     Page** place = PlaceBehind(set, page.memory);

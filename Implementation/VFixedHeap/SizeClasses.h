@@ -1,6 +1,7 @@
 // The size classes of the block heap and how its region is divided among them, all known when this is compiled.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -38,16 +39,26 @@ inline constexpr std::size_t PageCount = [] {
     return count;
 }();
 
-// The first class whose blocks hold `size` bytes, for 0 to LargestBlock; no class holds 0.
-inline constexpr auto classOfSize = [] {
-    std::array<std::uint8_t, LargestBlock + 1> classes{NoClass};
+// Sizes differ to the heap only by grains of 8 bytes, of which every block is a whole number.
+inline constexpr std::size_t Grain = 8;
+
+constexpr std::size_t GrainsOf(std::size_t size)
+{
+    return (size + Grain - 1) / Grain;
+}
+
+// The first class whose blocks hold a size up to LargestBlock, which is given in grains; no class holds 0.
+inline constexpr auto classOfGrains = [] {
+    std::array<std::uint8_t, LargestBlock / Grain + 1> classes{NoClass};
     std::uint8_t number = 0;
-    for (std::size_t size = 1; size <= LargestBlock; ++size) {
-        number = static_cast<std::uint8_t>(number + (size > sizeClasses[number].blockSize));
-        classes[size] = number;
+    for (std::size_t grains = 1; grains < classes.size(); ++grains) {
+        number = static_cast<std::uint8_t>(number + (grains * Grain > sizeClasses[number].blockSize));
+        classes[grains] = number;
     }
     return classes;
 }();
+static_assert(std::all_of(sizeClasses.begin(), sizeClasses.end(),
+                          [](const SizeClass& row) { return row.blockSize % Grain == 0; }));
 
 constexpr std::size_t PageBytes(const SizeClass& row)
 {

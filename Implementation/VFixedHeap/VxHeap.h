@@ -36,11 +36,11 @@ struct State
 
 extern constinit State state;
 
-// The class that serves each size up to LargestBlock.
-inline constexpr auto setOfSize = [] {
-    std::array<fixedheap::PageSet*, LargestBlock + 1> sets{};
-    for (std::size_t size = 0; size < sets.size(); ++size)
-        sets[size] = &state.classes[classOfSize[size]];
+// The pages for each size up to LargestBlock, in grains.
+inline constexpr auto setOfGrains = [] {
+    std::array<fixedheap::PageSet*, classOfGrains.size()> sets{};
+    for (std::size_t grains = 0; grains < sets.size(); ++grains)
+        sets[grains] = &state.classes[classOfGrains[grains]];
     return sets;
 }();
 
@@ -57,7 +57,7 @@ inline constexpr auto recordOfStep = [] {
 
 inline fixedheap::PageSet& ClassOf(std::size_t size)
 {
-    return size <= LargestBlock ? *setOfSize[size] : state.classes[NoClass];
+    return size <= LargestBlock ? *setOfGrains[GrainsOf(size)] : state.classes[NoClass];
 }
 
 // The offset of an address in the region; RegionSize or more for an address outside.
@@ -77,7 +77,7 @@ inline void* Allocate(std::size_t size)
 {
     if (size > LargestBlock)
         return std::malloc(size);
-    fixedheap::Page& page = *setOfSize[size]->current;
+    fixedheap::Page& page = *setOfGrains[GrainsOf(size)]->current;
     if (!fixedheap::HasLinkedBlock(page)) [[unlikely]]
         return AllocateUncommon(size);
     return fixedheap::PopLinked(page);

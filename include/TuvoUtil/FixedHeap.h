@@ -51,7 +51,7 @@ class TUVOUTIL_API VFixedHeap
 public:
     // A heap of `blockSize` bytes (8 at least) a block and `blocksPerPage` blocks a page. Without pages (`pageCount` 0 or
     // `pages` null) it is growable; else the pages are inserted as by InsertPages. Takes no memory while it has no page.
-    // Blocks of a growable heap are aligned as 16 and the block size allow.
+    // Blocks of a growable heap are aligned to 16 bytes when the block size is a multiple of 16, and to 8 when it is one of 8.
     VFixedHeap(unsigned int blocksPerPage, unsigned int blockSize, unsigned int pageCount, void** pages);
 
     // A copy shares the pages of its source, those that either gets later included, and their current page: a block taken
