@@ -1,13 +1,13 @@
 // The pages of one block size, and what VFixedHeap and the block heap do with them.
 //
-// The free list of a page looks as if all blocks had been linked in address order when the page was made, but links are
-// written only as blocks come near to being used: the list ends in `untouched`, behind which all blocks are free. So a
-// page costs nothing until it is used.
+// The free list of a page looks as if all blocks had been linked in address order when the page was made, but links
+// are written only as blocks come near to being used: the list ends in `untouched`, behind which all blocks are free.
+// So a page costs nothing until it is used.
 //
-// The search for the first page with room is put off until a block is wanted (CurrentPage): a page that became full stays
-// the current one, and one that became empty leaves `soughtPage` in its place. Nothing can tell this from searching at
-// once: any block that is released in between makes its page the current one, unless that page becomes empty, and then
-// the search is made first.
+// The search for the first page with room is put off until a block is wanted (CurrentPage): a page that became full
+// stays the current one, and one that became empty leaves `soughtPage` in its place. Nothing can tell this from
+// searching at once: any block that is released in between makes its page the current one, unless that page becomes
+// empty, and then the search is made first.
 #pragma once
 
 #include <TuvoUtil/FixedHeap.h>
@@ -17,8 +17,8 @@ namespace fixedheap {
 using Block = _VFixedHeapBlockStr;
 using Page = _VFixedHeapPageStr;
 
-// Stand for "no current page" and for "the first page with room", so that taking a block needs no test for either: both
-// look like full pages. Never written.
+// Stand for "no current page" and for "the first page with room", so that taking a block needs no test for either:
+// both look like full pages. Never written.
 inline constinit Page noPage{};
 inline constinit Page soughtPage{};
 
@@ -94,8 +94,8 @@ void PutBack(PageSet& set, Page& page, Block* block);
 // Takes a page in as the last one. False when memory is exhausted.
 bool Append(PageSet& set, Page& page);
 
-// Takes a page out; its record stays. When it was the current one, the first page with room follows. False when the page
-// belongs to another set.
+// Takes a page out; its record stays. When it was the current one, the first page with room follows. False when the
+// page belongs to another set.
 bool Remove(PageSet& set, Page& page);
 
 // The page that holds a block. ByNumber computes its place, which is right for pages that lie one behind the other.

@@ -1,5 +1,5 @@
-// The block heap of the process, for inlining where memory is taken and released: a few instructions on the common path,
-// the rest out of line.
+// The block heap of the process, for inlining where memory is taken and released: a few instructions on the common
+// path, the rest out of line.
 #pragma once
 
 #include "VFixedHeap/PageSet.h"
