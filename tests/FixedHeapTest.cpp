@@ -47,9 +47,9 @@ TEST(FixedHeap, HandsOutBlocksByAddressAndTheLastFreedFirst)
     void* const first = heap.Allocate();
     for (std::size_t i = 1; i < 500; ++i)
         ASSERT_EQ(heap.Allocate(), At(first, i * 24)) << i;
-    for (const std::size_t i : {7, 300, 2})
+    for (const std::size_t i : {7U, 300U, 2U})
         EXPECT_TRUE(heap.Free(At(first, i * 24)));
-    for (const std::size_t i : {2, 300, 7, 500})
+    for (const std::size_t i : {2U, 300U, 7U, 500U})
         EXPECT_EQ(heap.Allocate(), At(first, i * 24));
 }
 
@@ -143,9 +143,17 @@ TEST(FixedHeap, LetsDerivedHeapsManageItsPages)
     _VFixedHeapPageStr* const third = heap.GetPageGivenBlock(AsBlock(block));
     EXPECT_TRUE(third != first && third != second);
     EXPECT_EQ(third->usedCount, 1U);
+    // Full pages are passed over, and may be taken out too. A page made while all are full is not the current one.
+    OpenHeap full(1, 16, 0, nullptr);
+    void* const kept[] = {full.Allocate(), full.Allocate()};
+    _VFixedHeapPageStr* const open = full.CreatePage();
+    EXPECT_EQ(full.GetFreePage(), open);
+    full.RemovePage(full.GetPageGivenBlock(AsBlock(kept[0])));
+    EXPECT_EQ(full.GetFreePage(), open);
+    EXPECT_NE(full.Allocate(), open->memory);
+
     heap.RemovePage(first);
     EXPECT_EQ(heap.GetFreePage(), second);
-
     OpenHeap other(2, 16, 0, nullptr);
     other.RemovePage(second);
     EXPECT_EQ(heap.GetFreePage(), second);
@@ -200,7 +208,7 @@ TEST(FixedHeap, HoldsNothingWithoutBlocksInAPage)
     }
 }
 
-// ---- The block heap, which a process switches on once ---------------------------------------------------------------
+// ---- The block heap, which a process switches on once --------------------------------------------------------------
 
 bool g_allHold;
 
@@ -230,7 +238,7 @@ CHILD_SCENARIO(FixedHeapServesSmallSizes)
                    {41, 17'600'000}, {64, 19'520'000}, {65, 22'080'000}, {128, 23'040'000}};
     for (const auto& row : classes)
         EXPECT_HERE(VxMalloc(row.size) == region + row.start + (row.size == 8 ? 8 : 0));
-    for (const std::size_t size : {0, 129, 100'000}) {
+    for (const std::size_t size : {0U, 129U, 100'000U}) {
         void* const block = VxMalloc(size);
         EXPECT_HERE(block != nullptr && !isInside(block));
         VxFree(block);

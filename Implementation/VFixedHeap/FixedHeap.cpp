@@ -79,6 +79,8 @@ VFixedHeap::VFixedHeap(const VFixedHeap& other)
 
 VFixedHeap& VFixedHeap::operator=(const VFixedHeap& other)
 {
+    if (this == &other)
+        return *this;
     PageSet* const before = m_pageSet;
     m_pageSet = Share(other.m_pageSet);
     m_blockSize = other.m_blockSize;
@@ -179,10 +181,7 @@ void VFixedHeap::InsertPages(unsigned int count, void** pages)
 
 void VFixedHeap::RemovePage(_VFixedHeapPageStr* page)
 {
-    if (page == nullptr)
-        return;
-    CurrentPage(*m_pageSet);  // a search that was put off may still find this page
-    if (Remove(*m_pageSet, *page))
+    if (page != nullptr && Remove(*m_pageSet, *page))
         std::free(page);
 }
 

@@ -116,9 +116,9 @@ void CompareWithModel(VFixedHeap& heap, Model model, unsigned int blockSize, std
 
 TEST(FixedHeapModel, GrowableHeapsAgreeWithIt)
 {
-    for (const unsigned int blocksPerPage : {1, 2, 3, 7, 50}) {
+    for (const unsigned int blocksPerPage : {1U, 2U, 3U, 7U, 50U}) {
         SCOPED_TRACE(blocksPerPage);
-        for (const unsigned int blockSize : {8, 24, 1000}) {
+        for (const unsigned int blockSize : {8U, 24U, 1000U}) {
             VFixedHeap heap(blocksPerPage, blockSize, 0, nullptr);
             CompareWithModel(heap, Model(blocksPerPage, 0), blockSize, {});
         }
@@ -127,7 +127,7 @@ TEST(FixedHeapModel, GrowableHeapsAgreeWithIt)
 
 TEST(FixedHeapModel, HeapsOfInsertedPagesAgreeWithIt)
 {
-    for (const unsigned int blocksPerPage : {1, 2, 3, 7, 50}) {
+    for (const unsigned int blocksPerPage : {1U, 2U, 3U, 7U, 50U}) {
         SCOPED_TRACE(blocksPerPage);
         constexpr unsigned int BlockSize = 16;
         std::vector<char> memory(30 * blocksPerPage * BlockSize);
@@ -210,7 +210,7 @@ TEST_F(VxHeapInternal, ClassesAgreeWithTheModel)
     };
 
     // Up until the small classes are exhausted and the first has most of its pages in use, down to nothing, up again.
-    for (const unsigned int percent : {90, 20, 60}) {
+    for (const unsigned int percent : {90U, 20U, 60U}) {
         for (int step = 0; step < 300'000; ++step) {
             if (random() % 100 < percent || used.empty())
                 ASSERT_NO_FATAL_FAILURE(allocate()) << percent << " %, step " << step;
@@ -226,6 +226,27 @@ TEST_F(VxHeapInternal, ClassesAgreeWithTheModel)
     EXPECT_EQ(vxheap::UsedBlocks(), 0U);
     for (int i = 0; i < 1000; ++i)
         ASSERT_NO_FATAL_FAILURE(allocate());
+}
+
+TEST_F(VxHeapInternal, EmptyPagesWaitBehindTheCurrentOne)
+{
+    const auto block = [this](std::size_t page, std::size_t index) { return m_region + (page * 50'000 + index) * 8; };
+    for (std::size_t i = 0; i <= 100'000; ++i)
+        ASSERT_EQ(VxMalloc(8), block(0, i));
+
+    VxFree(block(0, 7));
+    VxFree(block(2, 0));  // leaves the third page empty, but the first one is taken from
+    EXPECT_EQ(VxMalloc(8), block(0, 7));
+    EXPECT_EQ(VxMalloc(8), block(2, 0));
+
+    VxFree(block(1, 7));
+    EXPECT_EQ(VxMalloc(8), block(1, 7));  // fills the page taken from, so the third one follows
+    VxFree(block(2, 0));                  // and becomes empty
+    VxFree(block(0, 7));
+    VxFree(block(1, 7));
+    EXPECT_EQ(VxMalloc(8), block(1, 7));
+    EXPECT_EQ(VxMalloc(8), block(0, 7));
+    EXPECT_TRUE(vxheap::IsValid());
 }
 
 TEST_F(VxHeapInternal, TouchesMemoryOnlyAsItIsUsed)
