@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cwchar>
-#include <stdexcept>
 #include <string>
 
 namespace {
@@ -61,12 +60,6 @@ TEST_F(OutputMessages, OfAssertionsGoToTheirHandlerElseToTheLog)
     g_received.clear();
     BuAssert(5, "Solver.cpp", 12);
     EXPECT_EQ(g_received, L"log 2: Assertion failed at Solver.cpp:12 (code 5)\n");
-}
-
-TEST_F(OutputMessages, LetAHandlersExceptionThrough)
-{
-    BuSetAssertHandler([](int, const char*, int) { throw std::logic_error("assertion"); });
-    EXPECT_THROW(BuAssert(0, "Solver.cpp", 12), std::logic_error);
 }
 
 TEST(Localize, AsksTheTranslatorAndFallsBackOnTheText)
