@@ -46,8 +46,8 @@ protected:
     template <typename Work>
     void OnFreshCatalogues(Work work)
     {
-        long failures = 0;
-        for (long n = 1;; ++n, ++failures) {
+        int failures = 0;
+        for (int n = 1;; ++n, ++failures) {
             Load();
             allocation::FailOnce(n);
             work();

@@ -22,8 +22,8 @@ void __wrap_free(void* block);
 
 namespace {
 
-constinit long g_liveBlocks = 0;
-constinit long g_untilFailure = 0;  // 0: no failure is planned
+constinit int g_liveBlocks = 0;
+constinit int g_untilFailure = 0;  // 0: no failure is planned
 constinit bool g_failOnce = false;
 constinit bool g_hasFailed = false;
 
@@ -36,7 +36,7 @@ bool FailsNow()
     return true;
 }
 
-void Plan(long n, bool once)
+void Plan(int n, bool once)
 {
     g_untilFailure = n;
     g_failOnce = once;
@@ -64,14 +64,26 @@ class LeakListener : public testing::EmptyTestEventListener
             ADD_FAILURE() << test.test_suite_name() << '.' << test.name() << " leaves " << g_liveBlocks - m_before
                           << " blocks behind";
     }
-    long m_before = 0;
+    int m_before = 0;
 };
 
-[[maybe_unused]] const bool g_installed = [] {
-    try {
-        throw 0;  // with the first exception the runtime of mingw allocates what it then keeps
-    } catch (int) {
+// The runtime of mingw allocates what it then keeps at the first thread, at the first exception, and at the first
+// exception that finds no memory; when it finds none for that either, the stack overflows.
+void WarmUpRuntime()
+{
+    std::thread([] {}).join();
+    for (const int failing : {0, 1}) {
+        Plan(failing, true);
+        try {
+            throw 0;
+        } catch (int) {
+        }
     }
+    Plan(0, false);
+}
+
+[[maybe_unused]] const bool g_installed = [] {
+    WarmUpRuntime();
     testing::UnitTest::GetInstance()->listeners().Append(new LeakListener);
     std::thread([] {}).join();  // a runtime keeps a block from its first thread on
     return true;
@@ -148,17 +160,17 @@ void operator delete[](void* block, std::size_t) noexcept
     __real_free(block);
 }
 
-long allocation::LiveBlocks()
+int allocation::LiveBlocks()
 {
     return g_liveBlocks;
 }
 
-void allocation::FailFrom(long n)
+void allocation::FailFrom(int n)
 {
     Plan(n, false);
 }
 
-void allocation::FailOnce(long n)
+void allocation::FailOnce(int n)
 {
     Plan(n, true);
 }

@@ -4,13 +4,13 @@
 namespace allocation {
 
 // Blocks that malloc, calloc and realloc gave to the libraries and that were not freed yet.
-long LiveBlocks();
+int LiveBlocks();
 
 // Lets the allocation number `n` from now on (1 is the next), and all after it, fail; 0 lets all succeed again.
-void FailFrom(long n);
+void FailFrom(int n);
 
 // Lets only the allocation number `n` from now on fail.
-void FailOnce(long n);
+void FailOnce(int n);
 
 // Whether an allocation has failed since the last FailFrom or FailOnce.
 bool HasFailed();
@@ -19,9 +19,9 @@ bool HasFailed();
 // the documented failure or a correct result, with ASSERT or EXPECT, and gives back what it took. Gives the number of
 // runs in which an allocation failed.
 template <typename Work>
-long ForEachFailure(Work work)
+int ForEachFailure(Work work)
 {
-    for (long n = 1;; ++n) {
+    for (int n = 1;; ++n) {
         FailOnce(n);
         work();
         const bool failed = HasFailed();
