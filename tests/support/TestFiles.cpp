@@ -25,8 +25,10 @@ void RemoveTree(const std::wstring& folder)
 TemporaryFolder::TemporaryFolder()
 {
     static int number = 0;
-    m_path = platform::TemporaryDirectory() + L"tuvotest" + std::to_wstring(platform::ProcessId()) + L"_" +
-             std::to_wstring(++number);
+    do {  // a process of the same number may have ended without cleaning up
+        m_path = platform::TemporaryDirectory() + L"tuvotest" + std::to_wstring(platform::ProcessId()) + L"_" +
+                 std::to_wstring(++number);
+    } while (platform::Access(m_path.c_str(), 0) == 0);
     if (!platform::CreateOneDirectory(m_path.c_str()))
         throw std::runtime_error("cannot create a temporary folder");
     m_path += platform::Separator();
