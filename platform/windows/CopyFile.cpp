@@ -8,7 +8,7 @@ namespace {
 // nothing left behind.
 std::wstring CopyBeside(const std::wstring& source, const std::wstring& path)
 {
-    const std::wstring folder = path.substr(0, path.find_last_of(L"\\/") + 1);
+    const std::wstring folder = path.substr(0, path.find_last_of(L"\\/:") + 1);
     const std::wstring stem = folder + L"~copy" + std::to_wstring(GetCurrentProcessId()) + L'-';
     for (unsigned int number = 0; number < 1000; ++number) {
         std::wstring name = platform::NativePath((stem + std::to_wstring(number)).c_str());

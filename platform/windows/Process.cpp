@@ -3,6 +3,7 @@
 #include "platform/windows/CommandLine.h"
 #include "platform/windows/Native.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <new>
@@ -24,9 +25,11 @@ Handle OutputStream(const wchar_t* path, DWORD own)
 {
     if (path != nullptr)
         return OpenInheritable(path, GENERIC_WRITE, CREATE_ALWAYS);
-    HANDLE copy = nullptr;
+    const HANDLE stream = GetStdHandle(own);
     const HANDLE process = GetCurrentProcess();
-    if (DuplicateHandle(process, GetStdHandle(own), process, &copy, 0, TRUE, DUPLICATE_SAME_ACCESS))
+    HANDLE copy = nullptr;
+    if (stream != INVALID_HANDLE_VALUE &&  // which would name this process
+        DuplicateHandle(process, stream, process, &copy, 0, TRUE, DUPLICATE_SAME_ACCESS))
         return Handle(copy);
     return OpenInheritable(L"NUL", GENERIC_WRITE, OPEN_EXISTING);
 }
@@ -97,10 +100,12 @@ std::wstring ProgramFile(const std::wstring& name)
     });
 }
 
-// Command scripts would be run by the shell, which reads arguments by rules of its own.
+// Command scripts would be run by the shell, which reads arguments by rules of its own. The system takes no notice of
+// dots and blanks at the end of a name.
 bool IsScript(const std::wstring& file)
 {
-    const std::wstring extension = file.substr(file.size() - std::min<std::size_t>(file.size(), 4));
+    const std::wstring name = file.substr(0, file.find_last_not_of(L" .") + 1);
+    const std::wstring extension = name.substr(name.size() - std::min<std::size_t>(name.size(), 4));
     return _wcsicmp(extension.c_str(), L".bat") == 0 || _wcsicmp(extension.c_str(), L".cmd") == 0;
 }
 

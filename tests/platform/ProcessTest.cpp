@@ -83,6 +83,9 @@ TEST(RunProgram, GivesMinusOneWhenNothingWasStarted)
     EXPECT_EQ(platform::RunProgram({L"no-program-of-this-name"}), -1);
     EXPECT_EQ(platform::RunProgram({folder.Path()}), -1) << "a directory";
     EXPECT_EQ(platform::RunProgram({folder.Write("text.txt", "no program")}), -1);
+    const std::wstring script = folder.Write("script.bat", "exit 0");
+    EXPECT_EQ(platform::RunProgram({script}), -1);
+    EXPECT_EQ(platform::RunProgram({script + L". "}), -1);
     EXPECT_EQ(platform::RunProgram(ChildCommand("Echo"), {missing.c_str(), nullptr, nullptr}), -1);
     EXPECT_EQ(platform::RunProgram(ChildCommand("Echo"), {nullptr, missing.c_str(), nullptr}), -1);
     EXPECT_EQ(platform::RunProgram(ChildCommand("Echo"), {nullptr, nullptr, missing.c_str()}), -1);
