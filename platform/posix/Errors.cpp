@@ -1,7 +1,13 @@
+#include "platform/Guard.h"
 #include "platform/Platform.h"
 
 #include <cerrno>
 #include <cstring>
+
+void platform::SetOutOfMemory() noexcept
+{
+    errno = ENOMEM;
+}
 
 int platform::LastNativeError() noexcept
 {

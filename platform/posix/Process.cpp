@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 
 namespace {
@@ -63,12 +64,6 @@ void Redirect(SpawnActions& actions, const platform::ProgramStreams& streams)
     actions.CloseFrom(STDERR_FILENO + 1);
 }
 
-// A name without a separator is searched along PATH, whatever stands in the working directory.
-std::string ProgramFile(const std::wstring& name)
-{
-    return name.find_first_of(L"/\\") == std::wstring::npos ? platform::Narrow(name) : NativePath(name.c_str());
-}
-
 }  // namespace
 
 int platform::RunCommand(const wchar_t* command) noexcept
@@ -101,8 +96,8 @@ int platform::RunProgram(const std::vector<std::wstring>& arguments, const Progr
         pid_t child = 0;
         errno = actions.Error();
         if (errno == 0)
-            errno = posix_spawnp(&child, ProgramFile(arguments[0]).c_str(), actions.Get(), nullptr, pointers.data(),
-                                 environ);
+            errno = posix_spawnp(&child, NativePath(arguments[0].c_str()).c_str(), actions.Get(), nullptr,
+                                 pointers.data(), environ);
         return errno == 0 ? WaitFor(child) : -1;
     });
 }

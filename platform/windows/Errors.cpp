@@ -1,7 +1,15 @@
+#include "platform/Guard.h"
 #include "platform/Platform.h"
 #include "platform/windows/Native.h"
 
 #include <array>
+#include <cerrno>
+
+void platform::SetOutOfMemory() noexcept
+{
+    errno = ENOMEM;
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+}
 
 int platform::LastNativeError() noexcept
 {

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 namespace {
 
 CHILD_SCENARIO(DoNothing)
@@ -18,10 +20,10 @@ protected:
     // Lets each allocation of `work` fail in turn. `work` gives whether it succeeded: true at the end, and false when an
     // allocation failed, unless it could do without.
     template <typename Work>
-    static void ExpectFailures(Work work, long leastFailures = 1)
+    static void ExpectFailures(Work work)
     {
         bool isDone = false;
-        EXPECT_GE(allocation::ForEachFailure([&] { isDone = work(); }), leastFailures);
+        EXPECT_GE(allocation::ForEachFailure([&] { isDone = work(); }), 1);
         EXPECT_TRUE(isDone);
     }
     TemporaryFolder m_folder;
@@ -38,11 +40,15 @@ TEST_F(ExhaustedMemory, FileCallsGiveTheirFailureValue)
     });
     platform::FileStatus status;
     ExpectFailures([&] { return platform::Access(m_file.c_str(), 4) == 0; });
+    allocation::FailOnce(1);
+    EXPECT_FALSE(platform::Status(m_file.c_str(), status));
+    EXPECT_EQ(errno, ENOMEM);
+    EXPECT_NE(platform::NativeErrorText(platform::LastNativeError()).find(L"emory"), std::wstring::npos);
     ExpectFailures([&] { return platform::Status(m_file.c_str(), status); });
     ExpectFailures([&] { return !platform::IsLink(m_file.c_str()); });
     ExpectFailures([&] { return platform::CreateOneDirectory(m_folder.Path().c_str()); });
     ExpectFailures([&] { return platform::CopyOneFile(m_file.c_str(), m_other.c_str()); });
-    ExpectFailures([&] { return platform::Rename(m_other.c_str(), m_file.c_str()); });
+    ExpectFailures([&] { return platform::RemoveOneFile(m_other.c_str()); });
     std::vector<std::wstring> names;
     ExpectFailures([&] {
         const bool isListed = platform::ListDirectory(m_folder.Path().c_str(), names);
