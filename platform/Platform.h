@@ -7,10 +7,10 @@
 //  - Text is wide. A path may use '/' or '\' on both systems: on Linux a path is taken as given when something stands
 //    there, else, so for every file that is to be created, with each '\' turned into '/'. Paths are as long as the
 //    system allows; Windows is not held to its 260 characters. A null path names nothing.
-//  - A function marked noexcept answers exhausted memory with its failure value. Functions that return text may throw
-//    std::bad_alloc; their callers stand behind the edge of a library and turn it into the documented result.
-//  - Nothing is printed, no locale is asked, and every function may be called from any thread. Nothing is cached but
-//  the
+//  - A function marked noexcept answers exhausted memory with its failure value and errno ENOMEM. Functions that return
+//    text may throw std::bad_alloc; their callers stand behind the edge of a library and turn it into the documented
+//    result.
+//  - Nothing is printed, no locale is asked, and every function may be called from any thread. Nothing is cached but the
 //    debug information that ResolveAddress reads.
 #pragma once
 
@@ -84,9 +84,7 @@ enum class FileKind : std::uint8_t
 struct FileStatus
 {
     FileKind kind = FileKind::Other;
-    std::uint64_t size = 0;            // bytes
-    std::int64_t modifiedSeconds = 0;  // since 1970-01-01 UTC
-    std::int32_t modifiedNanoseconds = 0;
+    std::uint64_t size = 0;    // bytes
     std::uint64_t device = 0;  // device and file together name a file whatever path led to it
     std::uint64_t file = 0;
 };
@@ -105,14 +103,10 @@ bool ListDirectory(const wchar_t* directory, std::vector<std::wstring>& names) n
 bool CreateOneDirectory(const wchar_t* directory) noexcept;
 
 // Copies a regular file with its permissions and its time of modification, as far as the destination's file system
-// knows them. The destination, if it stands, must be a regular file or a link (which is replaced, not followed); it is
-// either the old file or the complete new one, whatever fails. A file copied onto itself stays as it is, with true.
+// knows them. The destination may be missing, a regular file, or a link to either (which is replaced, not followed); it
+// is either the old file or the complete new one, whatever fails. A file copied onto itself stays as it is, with true.
 // False when anything failed; nothing half-written stays behind.
 bool CopyOneFile(const wchar_t* source, const wchar_t* destination) noexcept;
-
-// Gives a file or directory another name on the same device, replacing a file or link of that name, but no directory.
-// False on failure.
-bool Rename(const wchar_t* from, const wchar_t* to) noexcept;
 
 // Removes one file, or one empty directory; a link is removed, not what it leads to. True also when nothing stood
 // there, false when it is still there. Windows keeps a file that is read-only.
@@ -178,8 +172,8 @@ struct ResolvedAddress
     std::uint64_t start = 0;  // address of the function's first byte; 0 when unknown
     std::string file;         // source file; empty when unknown
     int line = -1;            // -1 when unknown
-    std::uint32_t lineError =
-        487;  // 0 when the line is known; else why not, as a Windows error code (Linux: always 487)
+    // 0 when the line is known, else why it is not, as a Windows error code (on Linux always 487).
+    std::uint32_t lineError = 487;
 };
 
 // What a code address stands for. Slow at first: reads the debug information of all modules. Of modules that are loaded

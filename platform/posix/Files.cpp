@@ -60,8 +60,6 @@ bool platform::Status(const wchar_t* path, FileStatus& status) noexcept
                       : S_ISDIR(native.st_mode) ? FileKind::Directory
                                                 : FileKind::Other;
         status.size = static_cast<std::uint64_t>(native.st_size);
-        status.modifiedSeconds = native.st_mtim.tv_sec;
-        status.modifiedNanoseconds = static_cast<std::int32_t>(native.st_mtim.tv_nsec);
         status.device = native.st_dev;
         status.file = native.st_ino;
         return true;
@@ -74,20 +72,6 @@ bool platform::IsLink(const wchar_t* path) noexcept
         struct stat native
         {};
         return lstat(NativePath(path).c_str(), &native) == 0 && S_ISLNK(native.st_mode);
-    });
-}
-
-bool platform::Rename(const wchar_t* from, const wchar_t* to) noexcept
-{
-    return Guarded(false, [&] {
-        const std::string target = NativePath(to);
-        struct stat native
-        {};
-        if (lstat(target.c_str(), &native) == 0 && S_ISDIR(native.st_mode)) {
-            errno = EEXIST;  // rename itself would replace an empty one
-            return false;
-        }
-        return std::rename(NativePath(from).c_str(), target.c_str()) == 0;
     });
 }
 

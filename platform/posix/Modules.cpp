@@ -8,8 +8,7 @@
 
 namespace {
 
-// What the loader knows of the module that holds an address; null when no module does. The program itself has an empty
-// name.
+// What the loader knows of the module that holds an address; null when none does. The program itself has an empty name.
 const link_map* FindModule(const void* address)
 {
     Dl_info info{};

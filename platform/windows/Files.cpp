@@ -6,11 +6,13 @@
 #include <io.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cwchar>
 
 namespace {
 
 using platform::FileKind;
+using platform::Handle;
 using platform::NativePath;
 
 // The C library knows no mode 'x'.
@@ -37,20 +39,30 @@ FileKind KindOf(HANDLE file, DWORD attributes)
     return GetFileType(file) == FILE_TYPE_DISK ? FileKind::Regular : FileKind::Other;
 }
 
-// From 100 nanoseconds since 1601.
-void SetModified(platform::FileStatus& status, FILETIME time)
+Handle OpenToAsk(const std::wstring& path, DWORD flags)
 {
-    const auto ticks = static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
-    constexpr std::int64_t ticksPerSecond = 10'000'000;
-    constexpr std::int64_t from1601To1970 = 11'644'473'600;  // seconds
-    status.modifiedSeconds = ticks / ticksPerSecond - from1601To1970;
-    status.modifiedNanoseconds = static_cast<std::int32_t>(ticks % ticksPerSecond * 100);
+    return Handle(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                              FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr));
 }
 
 bool HasAttributes(const std::wstring& path, DWORD wanted)
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & wanted) == wanted;
+}
+
+// Not every reparse point is a link: the files and folders of a cloud drive are some as well. One that cannot be asked
+// counts as a link, so that nobody looks for files behind it to remove.
+bool IsLinkItself(const std::wstring& path)
+{
+    if (!HasAttributes(path, FILE_ATTRIBUTE_REPARSE_POINT))
+        return false;
+    const Handle file = OpenToAsk(path, FILE_FLAG_OPEN_REPARSE_POINT);
+    FILE_ATTRIBUTE_TAG_INFO info{};
+    if (!file.IsOpen() || !GetFileInformationByHandleEx(file.Get(), FileAttributeTagInfo, &info, sizeof info))
+        return true;
+    return IsReparseTagNameSurrogate(info.ReparseTag);
 }
 
 // The result of a call that removes something: what is gone already counts as removed.
@@ -91,15 +103,12 @@ int platform::Access(const wchar_t* path, int mode) noexcept
 bool platform::Status(const wchar_t* path, FileStatus& status) noexcept
 {
     return Guarded(false, [&] {
-        const Handle file(CreateFileW(NativePath(path).c_str(), FILE_READ_ATTRIBUTES,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+        const Handle file = OpenToAsk(NativePath(path), 0);
         BY_HANDLE_FILE_INFORMATION native{};
         if (!file.IsOpen() || !GetFileInformationByHandle(file.Get(), &native))
             return false;
         status.kind = KindOf(file.Get(), native.dwFileAttributes);
         status.size = std::uint64_t{native.nFileSizeHigh} << 32 | native.nFileSizeLow;
-        SetModified(status, native.ftLastWriteTime);
         status.device = native.dwVolumeSerialNumber;
         status.file = std::uint64_t{native.nFileIndexHigh} << 32 | native.nFileIndexLow;
         return true;
@@ -108,21 +117,14 @@ bool platform::Status(const wchar_t* path, FileStatus& status) noexcept
 
 bool platform::IsLink(const wchar_t* path) noexcept
 {
-    return Guarded(false, [&] { return HasAttributes(NativePath(path), FILE_ATTRIBUTE_REPARSE_POINT); });
-}
-
-bool platform::Rename(const wchar_t* from, const wchar_t* to) noexcept
-{
-    return Guarded(false, [&] {
-        return MoveFileExW(NativePath(from).c_str(), NativePath(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
-    });
+    return Guarded(false, [&] { return IsLinkItself(NativePath(path)); });
 }
 
 bool platform::RemoveOneFile(const wchar_t* path) noexcept
 {
     return Guarded(false, [&] {
         const std::wstring native = NativePath(path);
-        const bool isDirectoryLink = HasAttributes(native, FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY);
+        const bool isDirectoryLink = HasAttributes(native, FILE_ATTRIBUTE_DIRECTORY) && IsLinkItself(native);
         return IsGone(isDirectoryLink ? RemoveDirectoryW(native.c_str()) : DeleteFileW(native.c_str()), native);
     });
 }

@@ -1,5 +1,4 @@
-// What the calls of this folder share: paths in the form that every call takes, handles that are closed with their
-// scope.
+// What the calls of this folder share: paths as every call takes them, handles that are closed with their scope.
 #pragma once
 
 #define NOMINMAX 1

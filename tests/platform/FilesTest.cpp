@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <ctime>
 #include <memory>
 
 namespace {
@@ -54,15 +53,14 @@ TEST_F(Files, EveryCallTakesEitherSeparator)
         const std::wstring two = folder + separator + L"two";
         ASSERT_TRUE(Open(one, L"w"));
         EXPECT_TRUE(platform::CopyOneFile(one.c_str(), two.c_str()));
-        EXPECT_TRUE(platform::Rename(one.c_str(), (folder + separator + L"three").c_str()));
-        EXPECT_EQ(List(folder), (Names{L"three", L"two"}));
+        EXPECT_EQ(List(folder), (Names{L"one", L"two"}));
         platform::FileStatus status;
         EXPECT_TRUE(platform::Status(two.c_str(), status));
         EXPECT_EQ(platform::Access(two.c_str(), 6), 0);
         EXPECT_EQ(platform::CanonicalPath(two.c_str()),
                   platform::CanonicalPath(folder.c_str()) + platform::Separator() + L"two");
         EXPECT_TRUE(platform::RemoveOneFile(two.c_str()));
-        EXPECT_TRUE(platform::RemoveOneFile((folder + separator + L"three").c_str()));
+        EXPECT_TRUE(platform::RemoveOneFile(one.c_str()));
         EXPECT_TRUE(platform::RemoveEmptyDirectory(folder.c_str()));
         EXPECT_TRUE(List(m_folder.Path("outer")).empty());
     }
@@ -92,8 +90,7 @@ TEST_F(Files, PathsMayBeLong)
     ASSERT_TRUE(Open(file, L"wx"));
     ASSERT_TRUE(Open(file, L"r"));
     EXPECT_TRUE(platform::CopyOneFile(file.c_str(), (folder + L"copy").c_str()));
-    EXPECT_TRUE(platform::Rename(file.c_str(), (folder + L"other").c_str()));
-    EXPECT_EQ(List(folder), (Names{L"copy", L"other"}));
+    EXPECT_EQ(List(folder), (Names{L"copy", L"file"}));
     EXPECT_GT(platform::CanonicalPath((folder + L"copy").c_str()).size(), 480u);
 }
 
@@ -125,7 +122,7 @@ TEST_F(Files, AFileThatMustBeNewIsNotOpenedTwice)
     }
 }
 
-TEST_F(Files, StatusTellsKindSizeTimeAndIdentity)
+TEST_F(Files, StatusTellsKindSizeAndIdentity)
 {
     const std::wstring path = m_folder.Write("file", std::string(70'000, 'x'));
     platform::FileStatus file;
@@ -139,7 +136,6 @@ TEST_F(Files, StatusTellsKindSizeTimeAndIdentity)
     EXPECT_EQ(file.kind, platform::FileKind::Regular);
     EXPECT_EQ(folder.kind, platform::FileKind::Directory);
     EXPECT_EQ(file.size, 70'000u);
-    EXPECT_NEAR(static_cast<double>(file.modifiedSeconds), static_cast<double>(std::time(nullptr)), 5);
     EXPECT_EQ(std::pair(file.device, file.file), std::pair(sameFile.device, sameFile.file));
     EXPECT_EQ(file.device, other.device);
     EXPECT_NE(file.file, other.file);
@@ -187,21 +183,6 @@ TEST_F(Files, AFailedCopyLeavesNothingBehind)
     EXPECT_FALSE(platform::CopyOneFile(source.c_str(), (missing + L"/target").c_str()));
     EXPECT_EQ(List(m_folder.Path()), (Names{L"folder", L"source"}));
     EXPECT_TRUE(List(folder).empty());
-}
-
-TEST_F(Files, RenameReplacesFilesButNoDirectories)
-{
-    const std::wstring file = m_folder.Write("file", "new");
-    const std::wstring old = m_folder.Write("old", "old");
-    const std::wstring folder = Folder("folder");
-    const std::wstring emptyFolder = Folder("empty");
-    EXPECT_TRUE(platform::Rename(file.c_str(), old.c_str()));
-    EXPECT_EQ(ReadBinaryFile(old), "new");
-    EXPECT_FALSE(platform::Rename(file.c_str(), old.c_str())) << "it has gone";
-    EXPECT_FALSE(platform::Rename(old.c_str(), folder.c_str()));
-    EXPECT_FALSE(platform::Rename(folder.c_str(), emptyFolder.c_str()));
-    EXPECT_TRUE(platform::Rename(folder.c_str(), m_folder.Path("renamed").c_str()));
-    EXPECT_EQ(List(m_folder.Path()), (Names{L"empty", L"old", L"renamed"}));
 }
 
 TEST_F(Files, RemovingAsksForTheRightKind)
@@ -259,8 +240,7 @@ TEST_F(Files, NoPathNamesNothing)
         EXPECT_EQ(platform::Access(none, 0), -1);
         EXPECT_FALSE(platform::Status(none, status) || platform::IsLink(none) || platform::ListDirectory(none, names) ||
                      platform::CreateOneDirectory(none) || platform::CopyOneFile(none, m_folder.Path("x").c_str()) ||
-                     platform::CopyOneFile(file.c_str(), none) || platform::Rename(none, m_folder.Path("x").c_str()) ||
-                     platform::Rename(file.c_str(), none) || platform::RemoveOneFile(none) ||
+                     platform::CopyOneFile(file.c_str(), none) || platform::RemoveOneFile(none) ||
                      platform::RemoveEmptyDirectory(none));
         EXPECT_EQ(platform::CanonicalPath(none), L"");
     }
