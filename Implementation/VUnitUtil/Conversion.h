@@ -6,7 +6,7 @@
 namespace conversion {
 
 // Offsets that do not apply are 0, so that subtracting them changes nothing, not even the sign of a zero.
-struct alignas(64) Quantity
+struct Quantity
 {
     std::int32_t dataTypeId;
     std::int32_t systemId;
