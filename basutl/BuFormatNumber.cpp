@@ -121,6 +121,15 @@ Notation NotationOf(const Conversion& conversion, wchar_t letter, double value)
                                 : Notation{std::chars_format::general, precision};
 }
 
+// Divides a printed number so that the zeros and the point that are still missing can come before its exponent.
+void Split(std::string_view text, char exponentLetter, NumberParts& parts)
+{
+    const std::size_t mantissa = std::min(text.find(exponentLetter), text.size());
+    parts.digits = text.substr(0, mantissa);
+    parts.exponent = text.substr(mantissa);
+    parts.point = parts.digits.find('.') == std::string_view::npos;
+}
+
 void AppendFinite(Sink& sink, const Conversion& conversion, double value)
 {
     const wchar_t letter = BuToLower(conversion.letter);
@@ -128,19 +137,18 @@ void AppendFinite(Sink& sink, const Conversion& conversion, double value)
     const Notation notation = NotationOf(conversion, letter, std::fabs(value));
     char buffer[BufferSize];
     const std::string_view text = Print(buffer, std::fabs(value), notation);
-    const std::size_t mantissa = std::min(text.find(letter == L'a' ? 'p' : 'e'), text.size());
-    if (isUpper)
-        MakeUpper(buffer, text.size());
 
     NumberParts parts;
     parts.sign = Sign(conversion, std::signbit(value));
     if (letter == L'a')
         parts.base = isUpper ? 'X' : 'x';
-    parts.digits = text.substr(0, mantissa);
-    parts.exponent = text.substr(mantissa);
-    parts.point = conversion.alternate && parts.digits.find('.') == std::string_view::npos;
+    parts.digits = text;
     if (notation.format != std::chars_format::general)
         parts.trailingZeros = std::max(notation.precision - DigitLimit, 0LL);
+    if (conversion.alternate || parts.trailingZeros > 0)
+        Split(text, letter == L'a' ? 'p' : 'e', parts);
+    if (isUpper)
+        MakeUpper(buffer, text.size());
     AppendNumber(sink, conversion, parts, true);
 }
 

@@ -10,43 +10,42 @@
 
 namespace {
 
-// A text that ends before `last`, or at its NUL when `last` is null.
-struct Text
+// How the characters of a text are read: one that ends with a NUL, and one that ends before `last` as if one stood there.
+struct Terminated
+{
+    char At(const char* place) const { return *place; }
+};
+
+struct Bounded
 {
     const char* last;
     char At(const char* place) const { return place != last ? *place : '\0'; }
 };
 
-// What a number is made of: mantissa * radix^exponent, where the mantissa holds the first digits only.
+// A number is its digits, read as one integer, times a power of 10, or of 2 when it is hexadecimal.
 struct Number
 {
-    const char* end = nullptr;  // behind its last character; null when there is no digit
-    std::uint64_t mantissa = 0;
-    int digits = 0;          // of the mantissa, zeros in front not counted
-    bool isCut = false;      // there are more digits
-    long long exponent = 0;  // of the last digit of the mantissa
+    const char* end = nullptr;   // behind its last character; null when there is no digit
+    std::uint64_t mantissa = 0;  // the low bits of the integer: all of it when isWhole
+    long long digits = 0;        // at least as many as follow the leading zeros
+    bool isWhole = true;
+    long long exponent = 0;
 };
 
-template <int Radix>
-const char* ReadDigits(Text text, const char* next, bool behindPoint, Number& number)
+template <int Radix, typename Text>
+const char* ReadDigits(Text text, const char* next, std::uint64_t& mantissa)
 {
-    constexpr int kept = Radix == 10 ? 19 : 15;  // as many as 64 bits hold
     for (;; ++next) {
-        const int digit = number::DigitValue(text.At(next));
+        const char c = text.At(next);
+        const int digit = Radix == 10 ? static_cast<unsigned char>(c - '0') : number::DigitValue(c);
         if (digit >= Radix)
             return next;
-        if (number.digits < kept) {
-            number.mantissa = number.mantissa * Radix + static_cast<unsigned>(digit);
-            number.digits += number.mantissa != 0;
-            number.exponent -= behindPoint;
-        } else {
-            number.isCut = true;
-            number.exponent += !behindPoint;
-        }
+        mantissa = mantissa * Radix + static_cast<unsigned>(digit);
     }
 }
 
 // Reads what follows the letter of an exponent; without a digit there, nothing is read.
+template <typename Text>
 void ReadExponent(Text text, const char* next, Number& number)
 {
     constexpr long long limit = 1'000'000'000'000'000;  // more than the digits of any text can balance
@@ -61,26 +60,41 @@ void ReadExponent(Text text, const char* next, Number& number)
     number.end = next;
 }
 
-// Digits with an optional point and an optional exponent, which counts powers of 10 or 2.
-template <int Radix>
+// The digits between two places, without the zeros in front.
+long long SignificantDigits(const char* first, const char* last)
+{
+    const char* const nonZero = std::find_if(first, last, [](char c) { return c != '0' && c != '.'; });
+    return last - nonZero - std::count(nonZero, last, '.');
+}
+
+// Digits with an optional point and an optional exponent.
+template <int Radix, typename Text>
 Number ReadNumber(Text text, const char* first)
 {
     Number number;
-    const char* next = ReadDigits<Radix>(text, first, false, number);
-    bool hasDigits = next != first;
+    const char* next = ReadDigits<Radix>(text, first, number.mantissa);
+    number.digits = next - first;
     if (text.At(next) == '.') {
         const char* const fraction = next + 1;
-        next = ReadDigits<Radix>(text, fraction, true, number);
-        hasDigits |= next != fraction;
+        next = ReadDigits<Radix>(text, fraction, number.mantissa);
+        number.digits += next - fraction;
+        number.exponent = (fraction - next) * (Radix == 10 ? 1 : 4);
     }
-    if (!hasDigits)
+    if (number.digits == 0)
         return number;
+    constexpr int most = Radix == 10 ? 19 : 16;  // digits that 64 bits hold
+    if (number.digits > most)
+        number.digits = SignificantDigits(first, next);
+    number.isWhole = number.digits <= most;
     number.end = next;
-    if (Radix == 16)
-        number.exponent *= 4;
     if (BuToLower(text.At(next)) == (Radix == 10 ? 'e' : 'p'))
         ReadExponent(text, next + 1, number);
     return number;
+}
+
+bool IsZero(const Number& number)
+{
+    return number.isWhole && number.mantissa == 0;
 }
 
 // The value of a number by the standard library, which gives none for one that is too large or too small.
@@ -88,9 +102,10 @@ double Convert(const char* first, const Number& number, std::chars_format format
 {
     double value = 0.0;
     const auto result = std::from_chars(first, number.end, value, format);
-    if (result.ec == std::errc::result_out_of_range)
-        return number.exponent > 0 ? std::numeric_limits<double>::infinity() : 0.0;
-    return value;
+    if (result.ec != std::errc::result_out_of_range)
+        return value;
+    const long long powersPerDigit = format == std::chars_format::hex ? 4 : 1;
+    return number.exponent + number.digits * powersPerDigit > 0 ? std::numeric_limits<double>::infinity() : 0.0;
 }
 
 double DecimalValue(const char* first, const Number& number)
@@ -99,10 +114,10 @@ double DecimalValue(const char* first, const Number& number)
                                         1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
     constexpr long long largest = std::size(powers) - 1;
     constexpr std::uint64_t exactLimit = std::uint64_t{1} << std::numeric_limits<double>::digits;
-    if (number.mantissa == 0)
+    if (IsZero(number))
         return 0.0;
     // With both operands exact, one operation rounds once, as the number itself has to be rounded.
-    if (!number.isCut && number.mantissa < exactLimit && number.exponent <= largest && number.exponent >= -largest) {
+    if (number.isWhole && number.mantissa < exactLimit && number.exponent <= largest && number.exponent >= -largest) {
         const auto mantissa = static_cast<double>(static_cast<std::int64_t>(number.mantissa));
         return number.exponent < 0 ? mantissa / powers[-number.exponent] : mantissa * powers[number.exponent];
     }
@@ -110,12 +125,13 @@ double DecimalValue(const char* first, const Number& number)
 }
 
 // Hexadecimal behind "0x", decimal, or nothing: `end` is null then.
+template <typename Text>
 double ReadFinite(Text text, const char* first, const char*& end)
 {
     if (text.At(first) == '0' && BuToLower(text.At(first + 1)) == 'x') {
         const Number number = ReadNumber<16>(text, first + 2);
         end = number.end != nullptr ? number.end : first + 1;
-        return number.mantissa != 0 ? Convert(first + 2, number, std::chars_format::hex) : 0.0;
+        return IsZero(number) ? 0.0 : Convert(first + 2, number, std::chars_format::hex);
     }
     const Number number = ReadNumber<10>(text, first);
     end = number.end;
@@ -123,6 +139,7 @@ double ReadFinite(Text text, const char* first, const char*& end)
 }
 
 // The place behind a word of small letters, null when the text begins with another one.
+template <typename Text>
 const char* SkipWord(Text text, const char* next, const char* word)
 {
     for (; *word != '\0'; ++word, ++next)
@@ -132,6 +149,7 @@ const char* SkipWord(Text text, const char* next, const char* word)
 }
 
 // "inf", "infinity", "nan", "nan(...)" in letters of any case, or nothing: `end` is null then.
+template <typename Text>
 double ReadWord(Text text, const char* first, const char*& end)
 {
     if ((end = SkipWord(text, first, "inf")) != nullptr) {
@@ -149,32 +167,39 @@ double ReadWord(Text text, const char* first, const char*& end)
     return std::numeric_limits<double>::quiet_NaN();
 }
 
+template <typename Text>
+double Read(Text text, const char* first, const char** end)
+{
+    const char* next = first;
+    while (BuIsSpace(text.At(next)))
+        ++next;
+    const bool negative = text.At(next) == '-';
+    next += negative || text.At(next) == '+';
+    const char* behind = nullptr;
+    const double value = BuIsLetter(text.At(next)) ? ReadWord(text, next, behind) : ReadFinite(text, next, behind);
+    if (end != nullptr)
+        *end = behind != nullptr ? behind : first;
+    if (behind == nullptr)
+        return 0.0;
+    return negative ? -value : value;
+}
+
 }  // namespace
 
 double BuReadDouble(const char* text, const char** end) noexcept
 {
-    return BuReadDouble(text, nullptr, end);
+    if (text != nullptr)
+        return Read(Terminated{}, text, end);
+    return BuReadDouble(nullptr, nullptr, end);
 }
 
 double BuReadDouble(const char* text, const char* last, const char** end) noexcept
 {
-    const char* behind = nullptr;
-    double value = 0.0;
-    bool negative = false;
-    if (text != nullptr) {
-        const Text bounded = {last};
-        const char* next = text;
-        while (BuIsSpace(bounded.At(next)))
-            ++next;
-        negative = bounded.At(next) == '-';
-        next += negative || bounded.At(next) == '+';
-        value = BuIsLetter(bounded.At(next)) ? ReadWord(bounded, next, behind) : ReadFinite(bounded, next, behind);
-    }
+    if (text != nullptr)
+        return Read(Bounded{last}, text, end);
     if (end != nullptr)
-        *end = behind != nullptr ? behind : text;
-    if (behind == nullptr)
-        return 0.0;
-    return negative ? -value : value;
+        *end = nullptr;
+    return 0.0;
 }
 
 long long BuReadInteger(const char* text, const char** end, int base) noexcept

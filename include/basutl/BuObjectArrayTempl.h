@@ -30,8 +30,8 @@ public:
     BuObjectArrayTempl(BuObjectArrayTempl&& other) noexcept { Swap(other); }
     BuObjectArrayTempl& operator=(const BuObjectArrayTempl& other) noexcept  // unchanged when memory is exhausted
     {
-        BuObjectArrayTempl copy;
-        if (copy.Append(other))
+        BuObjectArrayTempl copy(other);
+        if (copy.m_count == other.m_count)
             Swap(copy);
         return *this;
     }
