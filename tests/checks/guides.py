@@ -1,0 +1,57 @@
+"""Every console block of the guides that runs tuvo shows what tuvo writes, and the tour of tuvo runs through.
+
+A line "$ COMMAND" is run by the shell in a folder with the sources' data and docs; what follows, up to the next command or
+the end of the block, is its output and its messages. "..." stands for any text in a line, alone in a line for any lines.
+"""
+
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+source, binaries = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
+program = next(path for path in (binaries / "bin/tuvo", binaries / "bin/tuvo.exe") if path.exists())
+
+
+def commands(guide):
+    for block in re.findall(r"^```console\n(.*?)^```$", guide.read_text(encoding="utf-8"), re.M | re.S):
+        for command, output in re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", block, re.M):
+            if "tuvo" in command:
+                yield command, output
+
+
+def matches(output, expected):
+    lines = [r"(?:.*\n)*" if line == "...\n" else re.escape(line).replace(r"\.\.\.", ".*")
+             for line in expected.splitlines(keepends=True)]
+    return re.fullmatch("".join(lines), output) is not None
+
+
+with tempfile.TemporaryDirectory() as folder:
+    for name in ("data", "docs"):
+        os.symlink(source / name, pathlib.Path(folder) / name)
+    wrapper = pathlib.Path(folder) / "tuvo"
+    wrapper.write_text(f'#!/bin/sh\nexec {os.environ.get("EMULATOR", "")} "{program}" "$@"\n', encoding="utf-8")
+    wrapper.chmod(0o755)
+    settings = {name: value for name, value in os.environ.items() if name not in ("TUVO_CATALOGUE", "BU_LOG_LEVEL")}
+    settings["PATH"] = folder + os.pathsep + settings["PATH"]
+
+    count = failures = 0
+    for guide in sorted((source / "docs").glob("*.md")):
+        for command, expected in commands(guide):
+            run = subprocess.run(["sh", "-c", command], cwd=folder, env=settings, text=True, stdin=subprocess.DEVNULL,
+                                 stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+            count += 1
+            output = run.stdout.replace("\\", "/") if program.suffix else run.stdout  # the separators of Windows
+            if not matches(output, expected):
+                print(f"{guide.name}: $ {command}\n{output}")
+                failures += 1
+
+    tour = subprocess.run(["sh", source / "tools/demo.sh", wrapper], env=settings, text=True, stdout=subprocess.PIPE)
+    if tour.returncode != 0 or "(see tuvo" in tour.stdout or "What to try next" not in tour.stdout:
+        print(f"tools/demo.sh: exit code {tour.returncode}, it wrote:\n{tour.stdout}")
+        failures += 1
+
+print(f"{count} commands run")
+sys.exit(failures > 0 or count == 0)

@@ -1,0 +1,63 @@
+#!/bin/sh
+# A tour of tuvo for those who see it for the first time:  sh tools/demo.sh PATH-OF-TUVO
+set -eu
+PATH=$(CDPATH= cd "$(dirname "$1")" && pwd):$PATH
+cd "$(dirname "$0")/.."
+
+printf '\ntuvo at work\n============\n\ntuvo is %s. Each line that begins with "$" is a command; its output follows.\n' "$1"
+
+# Lines that begin with "$ " are run, all others are shown. A command may fail: some show what happens then.
+while IFS= read -r line; do
+    printf '%s\n' "$line"
+    case $line in
+    '$ '*) eval "${line#??}" </dev/null 2>&1 || true ;;
+    esac
+done <<'TOUR'
+
+This machine, as the library sees it:
+
+$ tuvo info
+
+A model in millimeters, tons and seconds meets one in inches and pounds-force. The elastic modulus of steel:
+
+$ tuvo convert 210000 --type "Young's Modulus" --from mm,ton,sec --to in,lbf,sec
+
+"lbf" stands for the mass that makes the pound-force the force of inches and seconds, so densities come out right:
+
+$ tuvo convert 7.85e-9 --type Density --from mm,ton,sec --to in,lbf,sec
+$ tuvo convert 1 --type Mass --from in,lbf,sec --to m,kg,sec
+
+Temperatures have offsets, and angles a unit of their own:
+
+$ tuvo convert -40 20 100 --type Temperature --from m,kg,sec,centigrade --to m,kg,sec,fahrenheit
+$ tuvo convert 30 90 --type "Angle in Degrees" --to-type Angle
+$ tuvo convert --factor --type Temperature --from m,kg,sec,centigrade --to m,kg,sec,fahrenheit
+
+A column of a table goes through standard input: the modulus of steel at 20, 100, 200 ... 600 C, from MPa to ksi.
+
+$ tuvo convert --type "Young's Modulus" --from mm,n,sec --to in,kip,sec --digits 6 <data/steel-modulus.txt
+
+Mistakes are named, and what may have been meant:
+
+$ tuvo convert 1 two 3 --type Length --from m,kg,sec --to in,lbf,sec
+$ tuvo convert 1 --type Presure --from mm,ton,sec --to in,lbf,sec
+
+The unit systems of the catalogue; "--from" and "--to" take their names and ids too:
+
+$ tuvo units --systems
+
+One quantity in all of them:
+
+$ tuvo units --type Density
+
+The catalogue that all of this comes from, verified:
+
+$ tuvo units --check
+
+What to try next:
+
+  tuvo units --type      all quantities that can be converted
+  tuvo convert --help    everything about conversion
+  docs/tuvo.md           the guide
+  ./dev test             all tests
+TOUR
