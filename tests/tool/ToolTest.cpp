@@ -400,7 +400,7 @@ TEST(TuvoUnits, FindsWhatIsWrongInACatalogue)
         {R"(<DATA_TYPE ID="2" NAME="Area" NUM_L="2" NUM_M="0" NUM_T="0" NUM_H="0" DISPLAY_UNIT_ID_NAME="0:m2;0;4:a"/>)",
          R"(DATA_TYPE "Area": display unit "0" is not of the form ID:UNIT)"},
         {R"(<DATA_TYPE ID="2" NAME="Area" NUM_L="2" NUM_M="0" NUM_T="0" NUM_H="0" DISPLAY_UNIT_ID_NAME="0:m2;4:a"/>)",
-         R"(the display unit "a" is for the unit system 4, which does not exist)"},
+         R"(the display unit "a" for the unit system 4, which does not exist)"},
         {R"(<DATA_TYPE ID="2" NAME="Share" NUM_L="0" NUM_M="0" NUM_T="0" NUM_H="0" CONST_ID="77"/>)",
          R"(DATA_TYPE "Share": the constant 77 does not exist)"},
     };

@@ -2,7 +2,6 @@
 #include "tools/tuvo/CatalogueFile.h"
 #include "tools/tuvo/Console.h"
 #include "tools/tuvo/NumberText.h"
-#include "tools/tuvo/UnitSystems.h"
 
 #include <TuvoUtil/Units.h>
 #include <basutl/BuCharacter.h>
@@ -16,6 +15,12 @@ namespace tool {
 namespace {
 
 using Problems = std::vector<std::string>;
+
+// The start of a problem's line.
+std::string Of(const char* kind, const std::string& name)
+{
+    return kind + (' ' + Quoted(name)) + ": ";
+}
 
 std::string Lower(std::string text)
 {
@@ -32,23 +37,17 @@ void CheckUnique(const std::vector<Record>& records, const char* kind, const cha
         const std::string value = key(record);
         const auto [owner, isNew] = owners.emplace(Lower(value), record.name);
         if (!isNew && !value.empty())
-            problems.push_back(kind + (' ' + Quoted(record.name)) + ": the " + what + ' ' + Quoted(value) +
-                               " is that of " + Quoted(owner->second) + " too");
+            problems.push_back(Of(kind, record.name) + "the " + what + ' ' + Quoted(value) + " is that of " +
+                               Quoted(owner->second) + " too");
     }
-}
-
-bool HasSystem(const CatalogueFile& catalogue, int id)
-{
-    return std::any_of(catalogue.systems.begin(), catalogue.systems.end(),
-                       [id](const UnitSystem& system) { return system.id == id; });
 }
 
 // Notes an id outside the range that keeps it apart from those of records that are made at run time.
 void CheckRange(const char* kind, const std::string& name, int id, int first, std::size_t last, Problems& problems)
 {
     if (id < first || id > static_cast<int>(last))
-        problems.push_back(kind + (' ' + Quoted(name)) + ": the id " + std::to_string(id) + " is not among " +
-                           std::to_string(first) + " to " + std::to_string(last) + ", as many as there are");
+        problems.push_back(Of(kind, name) + "the id " + std::to_string(id) + " is not among " + std::to_string(first) +
+                           " to " + std::to_string(last) + ", as many as there are");
 }
 
 void CheckUnits(const CatalogueFile& catalogue, Problems& problems)
@@ -59,10 +58,10 @@ void CheckUnits(const CatalogueFile& catalogue, Problems& problems)
         catalogue.units, "BASE_UNIT", "abbreviation", [](const BaseUnit& u) { return u.abbreviation; }, problems);
     for (const BaseUnit& unit : catalogue.units) {
         if (unit.factor <= 0.0)
-            problems.push_back("BASE_UNIT " + Quoted(unit.name) + ": the factor " + NumberText(unit.factor) +
+            problems.push_back(Of("BASE_UNIT", unit.name) + "the factor " + NumberText(unit.factor) +
                                " is not above 0");
         if (unit.id < 0)
-            problems.push_back("BASE_UNIT " + Quoted(unit.name) + ": the id " + std::to_string(unit.id) +
+            problems.push_back(Of("BASE_UNIT", unit.name) + "the id " + std::to_string(unit.id) +
                                " stands for no unit");
     }
 }
@@ -73,13 +72,12 @@ void CheckUnitsOfSystem(const CatalogueFile& catalogue, const UnitSystem& system
     if (system.units == None)
         return;  // the system of quantities without units
     for (std::size_t i = 0; i < system.units.size(); ++i) {
-        const std::string start = "UNIT_SYSTEM " + Quoted(system.name) + ": the " + BaseTypeNames[i] + " unit ";
+        const std::string start = Of("UNIT_SYSTEM", system.name) + "the " + BaseTypeNames[i] + " unit ";
         const BaseUnit* const unit = FindUnit(catalogue, system.units[i]);
         if (unit == nullptr)
             problems.push_back(start + std::to_string(system.units[i]) + " does not exist");
-        else if (unit->baseType != static_cast<int>(i))
-            problems.push_back(start + Quoted(unit->name) + " is a unit of " +
-                               BaseTypeNames[static_cast<std::size_t>(unit->baseType)]);
+        else if (unit->baseType != i)
+            problems.push_back(start + Quoted(unit->name) + " is a unit of " + BaseTypeNames[unit->baseType]);
     }
 }
 
@@ -100,7 +98,7 @@ void CheckSystems(const CatalogueFile& catalogue, Problems& problems)
 // A type with a multiplier is counted in a constant, whose factor is the multiplier.
 void CheckConstant(const CatalogueFile& catalogue, const DataType& type, Problems& problems)
 {
-    const std::string start = "DATA_TYPE " + Quoted(type.name) + ": ";
+    const std::string start = Of("DATA_TYPE", type.name);
     const BaseUnit* const constant = FindUnit(catalogue, type.constantId);
     if (type.multiplier == 0.0)
         problems.push_back(start + "the multiplier is 0");
@@ -118,12 +116,12 @@ void CheckDisplayUnits(const CatalogueFile& catalogue, const DataType& type, Pro
 {
     std::set<int> systems;
     for (const DisplayUnit& unit : type.displayUnits) {
-        const std::string start = "DATA_TYPE " + Quoted(type.name) + ": the display unit " + Quoted(unit.unit);
-        const std::string system = std::to_string(unit.systemId);
-        if (!HasSystem(catalogue, unit.systemId))
-            problems.push_back(start + " is for the unit system " + system + ", which does not exist");
+        std::string text = Of("DATA_TYPE", type.name) + "the display unit " + Quoted(unit.unit);
+        text += " for the unit system " + std::to_string(unit.systemId);
+        if (FindSystem(catalogue, unit.systemId) == nullptr)
+            problems.push_back(text + ", which does not exist");
         if (!systems.insert(unit.systemId).second)
-            problems.push_back(start + " is hidden by an earlier one for the unit system " + system);
+            problems.push_back(text + " is hidden by an earlier one");
     }
 }
 
@@ -175,7 +173,7 @@ int CheckRoundTrips(const CatalogueFile& catalogue, Problems& problems)
                     continue;
                 ++roundTrips;
                 if (!SurvivesRoundTrip(type.id, from.id, to.id))
-                    problems.push_back("DATA_TYPE " + Quoted(type.name) + ": a value does not come back from " +
+                    problems.push_back(Of("DATA_TYPE", type.name) + "a value does not come back from " +
                                        Quoted(from.name) + " to " + Quoted(to.name) + " and back");
             }
     return roundTrips;

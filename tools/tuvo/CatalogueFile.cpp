@@ -5,7 +5,7 @@
 #include "tools/tuvo/Console.h"
 #include "tools/tuvo/NumberText.h"
 
-#include <basutl/BuNumber.h>
+#include <basutl/BuCharacter.h>
 #include <basutl/BuXml.h>
 
 #include <algorithm>
@@ -18,6 +18,11 @@ namespace {
 std::string NarrowText(const BuString& text)
 {
     return platform::Narrow(text.GetText());
+}
+
+bool IsInt(double value)
+{
+    return value >= INT_MIN && value <= INT_MAX && std::trunc(value) == value;
 }
 
 // The attributes of one element; a bad one is noted, and reads as the library reads it: empty or 0.
@@ -79,10 +84,9 @@ public:
     int Integer(const char* attribute)
     {
         const double value = Number(attribute);
-        if (value >= INT_MIN && value <= INT_MAX && static_cast<int>(value) == value)
-            return static_cast<int>(value);
-        Note(std::string(attribute) + ": " + NumberText(value) + " is not a whole number");
-        return 0;
+        if (!IsInt(value))
+            Note(std::string(attribute) + ": " + NumberText(value) + " is not a whole number");
+        return IsInt(value) ? static_cast<int>(value) : 0;
     }
 
     void Note(const std::string& problem) { m_problems.push_back(m_label + ": " + problem); }
@@ -93,7 +97,7 @@ private:
     std::string m_label;
 };
 
-// The children of the root with a name, each with a reader.
+// The children of an element that have a name, each with a reader.
 template <typename Visit>
 void ForEachElement(const BuXmlNode& parent, const wchar_t* name, std::vector<std::string>& problems, Visit visit)
 {
@@ -106,18 +110,18 @@ void ForEachElement(const BuXmlNode& parent, const wchar_t* name, std::vector<st
 }
 
 // The base type that an element names; that of the element before it when it names none.
-int ReadBaseType(ElementReader& reader, int before)
+BaseType ReadBaseType(ElementReader& reader, BaseType before)
 {
     constexpr std::array<const char*, 5> Names = {"LENGTH", "MASS", "TIME", "HEAT", "CONSTANT"};
     const std::string name = reader.Text("TYPE");
     const auto found = std::find(Names.begin(), Names.end(), name);
     if (found != Names.end())
-        return static_cast<int>(found - Names.begin());
+        return static_cast<BaseType>(found - Names.begin());
     reader.Note("TYPE " + Quoted(name) + " is not LENGTH, MASS, TIME, HEAT or CONSTANT");
     return before;
 }
 
-BaseUnit ReadBaseUnit(ElementReader& reader, int baseType)
+BaseUnit ReadBaseUnit(ElementReader& reader, BaseType baseType)
 {
     return {.name = reader.Name("NAME"),
             .abbreviation = reader.Name("ABBR"),
@@ -129,7 +133,7 @@ BaseUnit ReadBaseUnit(ElementReader& reader, int baseType)
 
 void ReadBaseUnits(const BuXmlNode& root, CatalogueFile& catalogue)
 {
-    int baseType = 0;
+    BaseType baseType = Length;
     ForEachElement(root, L"BASE_TYPE", catalogue.problems, [&](const BuXmlNode& group, ElementReader& groupReader) {
         baseType = ReadBaseType(groupReader, baseType);
         ForEachElement(group, L"BASE_UNIT", catalogue.problems, [&](const BuXmlNode&, ElementReader& reader) {
@@ -178,7 +182,7 @@ std::vector<DisplayUnit> ReadDisplayUnits(ElementReader& reader)
             continue;
         const std::vector<std::string> parts = Split(entry, ':');
         double id = 0.0;
-        if (parts.size() == 2 && !parts[1].empty() && ReadNumber(parts[0], id).empty())
+        if (parts.size() == 2 && !parts[1].empty() && ReadNumber(parts[0], id).empty() && IsInt(id))
             units.push_back({static_cast<int>(id), parts[1]});
         else
             reader.Note("display unit " + Quoted(entry) + " is not of the form ID:UNIT");
@@ -232,6 +236,19 @@ CatalogueFile ReadCatalogueFile(const std::string& path)
 const BaseUnit* FindUnit(const CatalogueFile& catalogue, int id)
 {
     return FindById(catalogue.units, id);
+}
+
+const BaseUnit* FindUnit(const CatalogueFile& catalogue, const std::string& abbreviation)
+{
+    const auto found = std::find_if(catalogue.units.begin(), catalogue.units.end(), [&](const BaseUnit& unit) {
+        return BuCompareNoCase(unit.abbreviation.c_str(), abbreviation.c_str()) == 0;
+    });
+    return found != catalogue.units.end() ? &*found : nullptr;
+}
+
+const UnitSystem* FindSystem(const CatalogueFile& catalogue, int id)
+{
+    return FindById(catalogue.systems, id);
 }
 
 const DataType* FindType(const CatalogueFile& catalogue, int id)

@@ -2,18 +2,30 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace tool {
 
+// What a unit can be a unit of; the number of a base type in the catalogue is its index here.
+enum BaseType : std::size_t
+{
+    Length,
+    Mass,
+    Time,
+    Heat,
+    Constant
+};
+constexpr std::array<const char*, 5> BaseTypeNames = {"length", "mass", "time", "heat", "constant"};
+
 struct BaseUnit
 {
     std::string name;
     std::string abbreviation;
     int id = 0;
-    int baseType = 0;     // index in BaseTypeNames
+    BaseType baseType = Length;
     double factor = 0.0;  // this many make one reference unit
     double offset = 0.0;  // of a temperature scale
 };
@@ -55,8 +67,10 @@ struct CatalogueFile
 // Throws Failure, with the reason, when the file cannot be read, is malformed, or holds nothing of a catalogue.
 CatalogueFile ReadCatalogueFile(const std::string& path);
 
-// The record with an id, null when there is none.
+// The first record with an id, or the first unit with an abbreviation in any case; null when there is none.
 const BaseUnit* FindUnit(const CatalogueFile& catalogue, int id);
+const BaseUnit* FindUnit(const CatalogueFile& catalogue, const std::string& abbreviation);
+const UnitSystem* FindSystem(const CatalogueFile& catalogue, int id);
 const DataType* FindType(const CatalogueFile& catalogue, int id);
 
 // What is wrong with a catalogue as a whole, a line each: ids and names given twice, references to what is not there,

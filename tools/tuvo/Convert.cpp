@@ -46,9 +46,8 @@ constexpr char Examples[] =
     "length, mass, time, heat. A list may hold a force (n, kn, dyn, kgf, ozf, lbf, kip, pdl) in place of the mass;\n"
     "without the fourth unit temperatures are in kelvin.\n"
     "\n"
-    "From standard input values are read one a line. Each line of the input gives one line of the output, an empty "
-    "one\n"
-    "where there is nothing to convert.";
+    "From standard input values are read one a line. Each line of the input gives one line of the output, an empty\n"
+    "one where there is nothing to convert.";
 
 // Converts texts one after the other and says on standard error which ones it could not convert.
 class Converter
@@ -180,10 +179,10 @@ void PrintFactor(const Conversion& conversion, const Options& options)
 }
 
 // The system that an option names. Quantities that are the same in all systems need none.
-int SystemOf(const std::string& text, const char* option, const DataType& type)
+int SystemOf(const CatalogueFile& catalogue, const std::string& text, const char* option, const DataType& type)
 {
     if (!text.empty())
-        return FindUnitSystem(text);
+        return FindUnitSystem(catalogue, text);
     if (!IsIndependentOfSystem(type))
         throw Failure(std::string(option) + " is required for the data type " + Quoted(type.name), WrongUsage);
     return VUnitUtlGetBaseUnitSystemId();
@@ -193,8 +192,8 @@ Conversion MakeConversion(const CatalogueFile& catalogue, const Options& options
 {
     const DataType& from = FindDataType(catalogue, options.type);
     const DataType& to = options.toType.empty() ? from : FindDataType(catalogue, options.toType);
-    const int fromSystem = SystemOf(options.from, "--from", from);
-    const int toSystem = SystemOf(options.to, "--to", to);
+    const int fromSystem = SystemOf(catalogue, options.from, "--from", from);
+    const int toSystem = SystemOf(catalogue, options.to, "--to", to);
     return Conversion(catalogue, {from, fromSystem}, {to, toSystem});
 }
 

@@ -24,7 +24,7 @@ int Remoteness(const std::string& text, const std::string& known)
 {
     const int distance = EditDistance(text, known);
     const int allowed = std::max(1, static_cast<int>(std::max(text.size(), known.size())) / 3);
-    if (distance <= allowed)
+    if (distance <= allowed && !known.empty())
         return distance;
     return Contains(known, text) ? distance : -1;
 }

@@ -4,25 +4,14 @@
 #include "tools/tuvo/Console.h"
 #include "tools/tuvo/Suggest.h"
 
-#include <TuvoUtil/Memory.h>
 #include <TuvoUtil/Units.h>
 #include <basutl/BuCharacter.h>
 
-#include <algorithm>
 #include <cmath>
-#include <span>
 #include <vector>
 
 namespace tool {
 namespace {
-
-enum BaseType : int
-{
-    Length,
-    Mass,
-    Time,
-    Heat
-};
 
 bool EqualExactly(const std::string& left, const std::string& right)
 {
@@ -40,7 +29,7 @@ struct ForceUnit
     double newtons;
 };
 
-// The pound is 0.45359237 kg, the inch 0.0254 m and standard gravity 9.80665 m/s^2, all by definition.
+// The pound is 0.45359237 kg, the foot 0.3048 m and standard gravity 9.80665 m/s^2, all by definition.
 constexpr ForceUnit ForceUnits[] = {
     {"n", 1.0},
     {"kn", 1e3},
@@ -60,18 +49,13 @@ const ForceUnit* FindForce(const std::string& name)
     return nullptr;
 }
 
-std::vector<std::string> UnitNames(BaseType type)
+std::vector<std::string> UnitNames(const CatalogueFile& catalogue, BaseType type)
 {
-    char** abbreviations = nullptr;
-    const int count = VUnitBaseUnitForType(type, &abbreviations);
-    std::vector<std::string> names(abbreviations, abbreviations + count);
-    VBU_FREE(abbreviations, "tuvo", __LINE__);
+    std::vector<std::string> names;
+    for (const BaseUnit& unit : catalogue.units)
+        if (unit.baseType == type)
+            names.push_back(unit.abbreviation);
     return names;
-}
-
-int TypeOfUnit(const std::string& abbreviation)
-{
-    return VUnitUtlGetBaseTypeFromId(VUnitUtlGetBaseIdFromName(abbreviation.c_str()));
 }
 
 // The symbols of temperatures, as the display names of systems have them.
@@ -112,46 +96,62 @@ int SystemOfUnits(const FourUnits& units)
     return id;
 }
 
-// How many newtons the unit of force of a system is.
-double NewtonsOfSystem(int unitSystem)
+double FactorOf(const CatalogueFile& catalogue, const std::string& abbreviation)
 {
-    const int force = VUnitUtlGetDataTypeId(VUnitUtlGetDataTypeName(1, 1, -2, 0, 1));
-    double newtons = 0.0;
-    VUnitUtlConvertFromOneToAnother(force, force, unitSystem, VUnitUtlGetBaseUnitSystemId(), 1.0, &newtons);
-    return newtons;
+    const BaseUnit* const unit = FindUnit(catalogue, abbreviation);
+    return unit != nullptr ? unit->factor : 0.0;
+}
+
+// How many of the system's own units of force make one reference unit.
+double FactorOfForce(const CatalogueFile& catalogue, const std::string& length, const std::string& mass,
+                     const std::string& time)
+{
+    const double perTime = 1.0 / FactorOf(catalogue, time);
+    return FactorOf(catalogue, length) * FactorOf(catalogue, mass) * perTime * perTime;
 }
 
 // The mass unit that makes a force the own unit of force of the system.
-std::string MassOfForce(const ForceUnit& force, const FourUnits& units)
+std::string MassOfForce(const CatalogueFile& catalogue, const ForceUnit& force, const std::string& length,
+                        const std::string& time)
 {
     constexpr double Tolerance = 1e-5;  // for catalogues with rounded factors
-    for (const std::string& mass : UnitNames(Mass)) {
-        const double newtons = NewtonsOfSystem(SystemOfUnits({units[Length], mass, units[Time], units[Heat]}));
+    const double newton = FactorOfForce(catalogue, "m", "kg", "sec");
+    for (const std::string& mass : UnitNames(catalogue, Mass)) {
+        const double newtons = newton / FactorOfForce(catalogue, length, mass, time);
         if (std::abs(newtons - force.newtons) <= Tolerance * force.newtons)
             return mass;
     }
-    throw Failure("the catalogue has no mass unit that makes " + std::string(force.name) + " the force of " +
-                  units[Length] + " and " + units[Time] + "; name a mass in its place");
+    throw Failure("the catalogue has no mass unit that makes " + std::string(force.name) + " the force of " + length +
+                  " and " + time + "; name a mass in its place");
 }
 
-[[noreturn]] void ThrowUnknownUnit(BaseType type, const std::string& name)
+[[noreturn]] void ThrowUnknownUnit(const CatalogueFile& catalogue, BaseType type, const std::string& name)
 {
-    const std::string wanted = std::string(BaseTypeNames[static_cast<std::size_t>(type)]) + " unit";
-    const int found = TypeOfUnit(name);
-    if (found >= Length && found <= Heat)
-        throw Failure(Quoted(name) + " is a " + BaseTypeNames[static_cast<std::size_t>(found)] + " unit where a " +
-                      wanted + " belongs (the order is length, mass, time, heat)");
-    throw Failure("there is no " + wanted + ' ' + Quoted(name) + DidYouMean(name, UnitNames(type)) +
+    const std::string wanted = std::string(BaseTypeNames[type]) + " unit";
+    const BaseUnit* const found = FindUnit(catalogue, name);
+    if (found != nullptr)
+        throw Failure(Quoted(name) + " is a " + BaseTypeNames[found->baseType] + " unit where a " + wanted +
+                      " belongs (the order is length, mass, time, heat)");
+    throw Failure("there is no " + wanted + ' ' + Quoted(name) + DidYouMean(name, UnitNames(catalogue, type)) +
                   " (tuvo units --units lists all)");
 }
 
 // The abbreviation of a unit as the catalogue has it.
-std::string ResolveUnit(BaseType type, const std::string& name)
+std::string ResolveUnit(const CatalogueFile& catalogue, BaseType type, const std::string& name)
 {
     for (const std::string& spelling : {name, DisplaySpelling(type, name)})
-        if (TypeOfUnit(spelling) == type)
-            return spelling;
-    ThrowUnknownUnit(type, name);
+        if (const BaseUnit* const unit = FindUnit(catalogue, spelling); unit != nullptr && unit->baseType == type)
+            return unit->abbreviation;
+    ThrowUnknownUnit(catalogue, type, name);
+}
+
+// The same where a force may stand in place of the mass.
+std::string ResolveMass(const CatalogueFile& catalogue, const std::string& name, const std::string& length,
+                        const std::string& time)
+{
+    const BaseUnit* const unit = FindUnit(catalogue, name);
+    const ForceUnit* const force = unit != nullptr && unit->baseType == Mass ? nullptr : FindForce(name);
+    return force != nullptr ? MassOfForce(catalogue, *force, length, time) : ResolveUnit(catalogue, Mass, name);
 }
 
 std::vector<std::string> SplitAtCommas(const std::string& text)
@@ -166,7 +166,7 @@ std::vector<std::string> SplitAtCommas(const std::string& text)
     return parts;
 }
 
-int SystemOfList(const std::string& text)
+int SystemOfList(const CatalogueFile& catalogue, const std::string& text)
 {
     std::vector<std::string> names = SplitAtCommas(text);
     if (names.size() == 3)
@@ -175,38 +175,28 @@ int SystemOfList(const std::string& text)
         throw Failure(Quoted(text) + " lists " + std::to_string(names.size()) +
                       " units; a unit system has length, mass, time and heat, as in mm,ton,sec,kelvin");
 
-    FourUnits units;
-    units[Length] = ResolveUnit(Length, names[Length]);
-    units[Time] = ResolveUnit(Time, names[Time]);
-    units[Heat] = ResolveUnit(Heat, names[Heat]);
-    const ForceUnit* const force = TypeOfUnit(names[Mass]) == Mass ? nullptr : FindForce(names[Mass]);
-    units[Mass] = force != nullptr ? MassOfForce(*force, units) : ResolveUnit(Mass, names[Mass]);
-    return SystemOfUnits(units);
+    const std::string length = ResolveUnit(catalogue, Length, names[Length]);
+    const std::string time = ResolveUnit(catalogue, Time, names[Time]);
+    const std::string heat = ResolveUnit(catalogue, Heat, names[Heat]);
+    return SystemOfUnits({length, ResolveMass(catalogue, names[Mass], length, time), time, heat});
 }
 
-bool HasName(const _UnitSystemStr& system, const std::string& name,
-             bool (*equal)(const std::string&, const std::string&))
-{
-    return equal(system.displayName, name) || equal(system.name, name);
-}
-
-const _UnitSystemStr* FindNamed(std::span<const _UnitSystemStr> systems, const std::string& name)
+const UnitSystem* FindNamed(const CatalogueFile& catalogue, const std::string& name)
 {
     for (const auto equal : {EqualExactly, EqualNoCase})
-        for (const _UnitSystemStr& system : systems)
-            if (HasName(system, name, equal))
+        for (const UnitSystem& system : catalogue.systems)
+            if (equal(system.displayName, name) || equal(system.name, name))
                 return &system;
-    for (const _UnitSystemStr& system : systems)
+    for (const UnitSystem& system : catalogue.systems)
         if (std::to_string(system.id) == name)
             return &system;
     return nullptr;
 }
 
 // The id of a system that values can be converted with.
-int UsableId(std::span<const _UnitSystemStr> systems, const _UnitSystemStr& system)
+int UsableId(const CatalogueFile& catalogue, const UnitSystem& system)
 {
-    const auto sharesId = [&](const _UnitSystemStr& other) { return other.id == system.id; };
-    if (&*std::find_if(systems.begin(), systems.end(), sharesId) != &system)
+    if (FindSystem(catalogue, system.id) != &system)
         throw Failure("the catalogue gives the id " + std::to_string(system.id) + " of the unit system " +
                       Quoted(system.name) + " to another one too");
     const FourUnits units = UnitsOfSystem(system.id);
@@ -216,12 +206,11 @@ int UsableId(std::span<const _UnitSystemStr> systems, const _UnitSystemStr& syst
     return system.id;
 }
 
-std::vector<std::string> SystemNames(std::span<const _UnitSystemStr> systems)
+std::vector<std::string> SystemNames(const CatalogueFile& catalogue)
 {
     std::vector<std::string> names;
-    for (const _UnitSystemStr& system : systems)
-        if (*system.displayName != '\0')
-            names.insert(names.end(), {system.displayName, system.name});
+    for (const UnitSystem& system : catalogue.systems)
+        names.insert(names.end(), {system.displayName, system.name});
     return names;
 }
 
@@ -234,16 +223,13 @@ FourUnits UnitsOfSystem(int unitSystem)
     return {units[0], units[1], units[2], units[3]};
 }
 
-int FindUnitSystem(const std::string& text)
+int FindUnitSystem(const CatalogueFile& catalogue, const std::string& text)
 {
-    _UnitSystemStr* first = nullptr;
-    const int count = VUnitUtlGetUnitSystems(&first);
-    const std::span<const _UnitSystemStr> systems(first, static_cast<std::size_t>(count));
-    if (const _UnitSystemStr* const system = FindNamed(systems, text))
-        return UsableId(systems, *system);
+    if (const UnitSystem* const system = FindNamed(catalogue, text))
+        return UsableId(catalogue, *system);
     if (text.find(',') != std::string::npos)
-        return SystemOfList(text);
-    throw Failure("there is no unit system " + Quoted(text) + DidYouMean(text, SystemNames(systems)) +
+        return SystemOfList(catalogue, text);
+    throw Failure("there is no unit system " + Quoted(text) + DidYouMean(text, SystemNames(catalogue)) +
                   " (tuvo units --systems lists all)");
 }
 

@@ -1,6 +1,8 @@
 // Unit systems as the user names them.
 #pragma once
 
+#include "tools/tuvo/CatalogueFile.h"
+
 #include <array>
 #include <string>
 
@@ -9,9 +11,6 @@ namespace tool {
 // Unit abbreviations in the order length, mass, time, heat.
 using FourUnits = std::array<std::string, 4>;
 
-// What a unit can be a unit of; the number of a base type in the catalogue is its index here.
-constexpr std::array<const char*, 5> BaseTypeNames = {"length", "mass", "time", "heat", "constant"};
-
 // The id of the unit system that a text means:
 //  - the display name or name of a system of the catalogue, in any case, or its id;
 //  - a list of its units, "mm,ton,sec,kelvin", also as symbols of temperatures ("degC") and in the solver's
@@ -19,7 +18,7 @@ constexpr std::array<const char*, 5> BaseTypeNames = {"length", "mass", "time", 
 //  - such a list with a force in place of the mass, "in,lbf,sec": the mass is then the one that makes this the
 //    system's own unit of force.
 // Throws Failure, with the nearest names where there are some.
-int FindUnitSystem(const std::string& text);
+int FindUnitSystem(const CatalogueFile& catalogue, const std::string& text);
 
 FourUnits UnitsOfSystem(int unitSystem);
 

@@ -5,7 +5,6 @@
 #include "tools/tuvo/Conversion.h"
 #include "tools/tuvo/NumberText.h"
 #include "tools/tuvo/Table.h"
-#include "tools/tuvo/UnitSystems.h"
 
 #include <TuvoUtil/Units.h>
 
@@ -68,7 +67,7 @@ void PrintOverview(const CatalogueFile& catalogue)
     std::string kinds;
     for (std::size_t i = 0; i < BaseTypeNames.size(); ++i) {
         const auto count = std::count_if(catalogue.units.begin(), catalogue.units.end(),
-                                         [i](const BaseUnit& unit) { return unit.baseType == static_cast<int>(i); });
+                                         [i](const BaseUnit& unit) { return unit.baseType == i; });
         kinds += (kinds.empty() ? "" : ", ") + std::string(BaseTypeNames[i]) + ' ' + std::to_string(count);
     }
     Table table({{""}, {"", Table::Right}, {""}});
@@ -84,9 +83,8 @@ void PrintUnits(const CatalogueFile& catalogue)
 {
     Table table({{"kind"}, {"id", Table::Right}, {"unit"}, {"name"}, {"per reference unit"}, {"offset"}});
     for (const BaseUnit& unit : catalogue.units)
-        table.AddRow({BaseTypeNames[static_cast<std::size_t>(unit.baseType)], std::to_string(unit.id),
-                      unit.abbreviation, unit.name, NumberText(unit.factor),
-                      unit.offset != 0.0 ? NumberText(unit.offset) : ""});
+        table.AddRow({BaseTypeNames[unit.baseType], std::to_string(unit.id), unit.abbreviation, unit.name,
+                      NumberText(unit.factor), unit.offset != 0.0 ? NumberText(unit.offset) : ""});
     std::cout << table.Text();
 }
 
