@@ -52,7 +52,7 @@ bool IsValidClass(const PageSet& set)
 
 }  // namespace
 
-// A plain release takes no note of the first open page, so every search starts at the first page.
+// The few pages of a class are searched from the first one: releasing takes no note of the first open page.
 
 void* AllocateUncommon(std::size_t size)
 {
@@ -68,11 +68,15 @@ void* AllocateUncommon(std::size_t size)
 
 void ReleaseUncommon(Page& page, Block* block)
 {
-    if (page.usedCount == 0)
-        return;
-    PutBack(*page.owner, page, block);
-    CurrentPage(*page.owner);
-    page.owner->firstOpen = 0;
+    PageSet& set = *page.owner;
+    if (page.usedCount > 1) {
+        Push(page, block);
+        set.current = &page;
+    } else if (page.usedCount == 1) {
+        PutBack(set, page, block);
+        CurrentPage(set);
+        set.firstOpen = 0;
+    }
 }
 
 std::size_t UsedBlocks()
@@ -121,7 +125,8 @@ bool IsVxHeapEnabled()
     return vxheap::state.region != vxheap::NoRegion;
 }
 
-void* VxMalloc(std::size_t size)
+// The common path of VxMalloc, and that of VxFree, fits one line of the instruction cache.
+[[gnu::aligned(64)]] void* VxMalloc(std::size_t size)
 {
     return vxheap::Allocate(size);
 }
@@ -148,7 +153,7 @@ void* VxRealloc(void* block, std::size_t size)
     return moved;
 }
 
-void VxFree(void* block)
+[[gnu::aligned(64)]] void VxFree(void* block)
 {
     vxheap::Release(block);
 }

@@ -90,11 +90,8 @@ inline void Release(void* block)
     if (offset >= RegionSize)
         return std::free(block);
     HeapPage& page = PageAt(offset);
-    if (!page.isAlone) [[unlikely]] {
-        if (page.usedCount <= 1) [[unlikely]]
-            return ReleaseUncommon(page, static_cast<fixedheap::Block*>(block));
-        page.owner->current = &page;
-    }
+    if (!page.isAlone) [[unlikely]]
+        return ReleaseUncommon(page, static_cast<fixedheap::Block*>(block));
     fixedheap::Push(page, static_cast<fixedheap::Block*>(block));
 }
 
