@@ -38,7 +38,7 @@ with tempfile.TemporaryDirectory() as folder:
     settings["PATH"] = folder + os.pathsep + settings["PATH"]
 
     count = failures = 0
-    for guide in sorted((source / "docs").glob("*.md")):
+    for guide in [source / "README.md", *sorted((source / "docs").glob("*.md"))]:
         for command, expected in commands(guide):
             run = subprocess.run(["sh", "-c", command], cwd=folder, env=settings, text=True, stdin=subprocess.DEVNULL,
                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
