@@ -90,6 +90,8 @@ public:
 
     std::int32_t Find(const Record* records, std::int32_t count, Key key)
     {
+        if (count == 0)
+            return -1;
         if (m_taken != count)
             TakeUp(records, count);
         if (m_table.HasSlots()) {

@@ -174,9 +174,9 @@ void Release(_UnitDataTypeStr& type)
 template <typename Record>
 void CutBack(VUnit& all, std::int32_t length)
 {
-    const auto [records, count] = ListOf<Record>(all);
-    while (count > length)
-        Release(records[--count]);
+    const List<Record> list = ListOf<Record>(all);
+    for (; list.count > length; --list.count)
+        Release(list.records[list.count - 1]);
 }
 
 void CutBack(VUnit& all, const Lengths& lengths)
@@ -286,9 +286,10 @@ const _UnitDataTypeStr* FindLastDataType(std::int32_t id)
     const Catalogue& made = Made();
     if (first == nullptr || made.typesById.KeysAreUnique(made.records.m_dataTypeCount))
         return first;
-    const _UnitDataTypeStr* last = made.records.m_dataTypes + made.records.m_dataTypeCount - 1;
-    while (last->id != id)
-        --last;
+    const _UnitDataTypeStr* const end = made.records.m_dataTypes + made.records.m_dataTypeCount;
+    const _UnitDataTypeStr* last = first;
+    for (const _UnitDataTypeStr* type = first; type != end; ++type)
+        last = type->id == id ? type : last;
     return last;
 }
 
