@@ -2,6 +2,8 @@
 // place that says what a space, a letter or a digit is. Safe for every value, negative `char` included.
 #pragma once
 
+#include <type_traits>
+
 template <typename Char>
 constexpr bool BuIsSpace(Char c) noexcept  // blank \t \n \v \f \r
 {
@@ -44,13 +46,15 @@ constexpr Char BuToUpper(Char c) noexcept
     return BuIsLower(c) ? static_cast<Char>(c - ('a' - 'A')) : c;
 }
 
-// Compares two texts that end with 0, ASCII letters without case: below, at or above 0. Neither may be null.
+// Compares two texts that end with 0, ASCII letters without case: below, at or above 0. Characters are unsigned here, so
+// that a narrow one above 127 is above all others. Neither may be null.
 template <typename Char>
 constexpr int BuCompareNoCase(const Char* left, const Char* right) noexcept
 {
+    using Code = std::make_unsigned_t<Char>;
     for (; *left != 0 && BuToLower(*left) == BuToLower(*right); ++left, ++right) {
     }
-    const Char l = BuToLower(*left);
-    const Char r = BuToLower(*right);
+    const auto l = static_cast<Code>(BuToLower(*left));
+    const auto r = static_cast<Code>(BuToLower(*right));
     return l < r ? -1 : (l > r ? 1 : 0);
 }

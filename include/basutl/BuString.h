@@ -64,7 +64,8 @@ public:
     int Format(const wchar_t* format, ...) noexcept;
     int FormatV(const wchar_t* format, va_list arguments) noexcept;
 
-    // Like Format for a text that is its own format: no argument is ever read and every conversion but "%%" vanishes.
+    // Like Format for a text that is its own format: no argument is ever read, and every conversion but "%%" prints
+    // nothing. "50%% of %d %y" gives "50% of  %y", since "%y" is no conversion.
     int FormatWithoutArguments(const wchar_t* format) noexcept;
 
     // The first position at or after `start` of a text, a character, or any of several characters; -1 when there is
@@ -110,7 +111,8 @@ public:
 
     // The number that the text begins with, white space before it skipped; 0 when there is none. ToInt takes an
     // optional sign and digits of the base (2 to 36) as a 64-bit value that stays at its limit, and casts that to int,
-    // so that 99999999999 gives 1215752191; ToDouble takes what BuReadDouble takes.
+    // so that 99999999999 gives 1215752191; ToDouble takes what BuReadDouble takes, and gives 0 when memory for a number
+    // of many digits was exhausted.
     int ToInt(int base = 10) const noexcept;
     double ToDouble() const noexcept;
 

@@ -65,7 +65,8 @@ TEST(BuObjectArrayTempl, CopiesAndTakesItsOwnItems)
         names.Insert(0, names[names.GetCount() - 1]);
     BuTemplateArray<BuString> copy = names;
     EXPECT_TRUE(copy.Append(copy));
-    copy = copy;
+    const BuTemplateArray<BuString>& same = copy;
+    copy = same;
     ASSERT_EQ(copy.GetCount(), 80);
     for (int i = 0; i < 80; ++i)
         EXPECT_STREQ(copy[i], names[i % 40]) << i;

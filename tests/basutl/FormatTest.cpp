@@ -8,7 +8,6 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
-#include <cstdint>
 #include <cstdio>
 #include <iterator>
 #include <limits>
@@ -63,18 +62,11 @@ protected:
         constexpr double infinity = std::numeric_limits<double>::infinity();
         constexpr double edges[] = {0.0, -0.0, 0.5, 9.5, 999999.4, 0.0001, 0.00009999995, 1.7e308, -infinity, infinity};
         const double any = std::bit_cast<double>(s_random());
-        switch (Below(5)) {
-            case 0:
-                return (static_cast<double>(Below(200'001)) - 100'000) / 8;
-            case 1:
-                return std::ldexp(Below(1000), static_cast<int>(Below(80)) - 40);
-            case 2:
-                return std::bit_cast<double>(s_random() >> 12);
-            case 3:
-                return edges[Below(std::size(edges))];
-            default:
-                return std::isnan(any) ? 1.0 : any;
-        }
+        const double choices[] = {(static_cast<double>(Below(200'001)) - 100'000) / 8,
+                                  std::ldexp(Below(1000), static_cast<int>(Below(80)) - 40),
+                                  std::bit_cast<double>(s_random() >> 12), edges[Below(std::size(edges))],
+                                  std::isnan(any) ? 1.0 : any};
+        return choices[Below(std::size(choices))];
     }
 
     template <typename Value>
@@ -121,34 +113,17 @@ TEST_F(FormatAgainstPrintf, PrintsFloatingPoint)
 
 TEST_F(FormatAgainstPrintf, PrintsIntegersOfEveryLength)
 {
-    for (int i = 0; i < 20'000; ++i) {
+    const std::string intLengths[] = {"hh", "h", ""};
+    const std::string longLengths[] = {"ll", "j", "z", "t"};
+    for (int i = 0; i < 8'000; ++i) {
         const unsigned kind = Below(6);
         const std::string letter(1, "diuoxX"[kind]);
         const char* const flags = kind < 2 ? "+ " : kind == 2 ? "" : "#";  // others mean nothing to the letter
-        const auto value = static_cast<long long>(s_random() >> Below(64));
-        const long long either = Below(2) == 0 ? value : -value;
-        switch (Below(7)) {
-            case 0:
-                CompareInteger(flags, "hh" + letter, static_cast<int>(either));
-                break;
-            case 1:
-                CompareInteger(flags, "h" + letter, static_cast<int>(either));
-                break;
-            case 2:
-                CompareInteger(flags, letter, static_cast<int>(either));
-                break;
-            case 3:
-                CompareInteger(flags, "l" + letter, static_cast<long>(either));
-                break;
-            case 4:
-                CompareInteger(flags, "z" + letter, static_cast<std::size_t>(either));
-                break;
-            case 5:
-                CompareInteger(flags, "j" + letter, static_cast<std::intmax_t>(either));
-                break;
-            default:
-                CompareInteger(flags, "ll" + letter, either);
-        }
+        const auto magnitude = static_cast<long long>(s_random() >> Below(64));
+        const long long value = Below(2) == 0 ? magnitude : -magnitude;
+        CompareInteger(flags, intLengths[Below(3)] + letter, static_cast<int>(value));
+        CompareInteger(flags, longLengths[Below(4)] + letter, value);
+        CompareInteger(flags, "l" + letter, static_cast<long>(value));
     }
 }
 
@@ -245,6 +220,8 @@ TEST(Format, WithoutArgumentsReadsNone)
     BuString text;
     EXPECT_EQ(text.FormatWithoutArguments(L"50%% of %s%5.2f%n%*.*d%S|%y|%"), 12);
     EXPECT_STREQ(text, L"50% of |%y|%");
+    EXPECT_EQ(text.FormatWithoutArguments(L"50%% of %d %y"), 10);
+    EXPECT_STREQ(text, L"50% of  %y");
     EXPECT_EQ(text.FormatWithoutArguments(nullptr), 0);
 }
 

@@ -1,3 +1,4 @@
+#include <basutl/BuCharacter.h>
 #include <basutl/BuObjectArrayTempl.h>
 #include <basutl/BuString.h>
 
@@ -264,6 +265,8 @@ TEST(BuString, OrdersByUtf16Units)
               0);
     EXPECT_LT(BuString(L"\xC4").CompareNoCase(L"\xE4"), 0);
     EXPECT_LT(BuString(L"ab").CompareNoCase(L"ABC"), 0);
+    EXPECT_LT(BuCompareNoCase("aZ", "Az\xE4"), 0);
+    EXPECT_LT(BuCompareNoCase("z", "\xE4"), 0);
 }
 
 }  // namespace
