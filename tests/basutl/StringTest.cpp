@@ -153,7 +153,7 @@ TEST(BuString, ExtractsWords)
         {L"a b", nullptr, 0, L"a b|"},
         {L"1 'a b'2 ''x'", L" ", L'\'', L"1|a b|2||x||"},
         {L"'open  end ", L" ", L'\'', L"open  end |"},
-        {L"a'b", L"'", L'\'', L"a|b|"},
+        {L"a'b;c'", L";'", L'\'', L"a|b;c|"},
         {L"'a b'", L" ", 0, L"'a|b'|"},
     };
     for (const auto& row : rows) {
@@ -248,10 +248,11 @@ int SignOf(int order)
 TEST(BuString, OrdersByUtf16Units)
 {
     // Each is below the next: above U+FFFF a character begins with a unit of 0xD800 to 0xDBFF.
-    const wchar_t* const ordered[] = {L"",       L"B",          L"Ba",         L"a",          L"ab",     L"b",
-                                      L"\xD7FF", L"\U00010000", L"\U00010001", L"\U0010FFFF", L"\xE000", L"\xFFFF"};
-    for (int l = 0; l < 12; ++l)
-        for (int r = 0; r < 12; ++r) {
+    const wchar_t* const ordered[] = {L"",           L"B",      L"Ba",         L"a",          L"ab",
+                                      L"b",          L"\xD7FF", L"\U00010000", L"\U00010001", L"\xD801",
+                                      L"\U0010FFFF", L"\xE000", L"\xFFFF"};
+    for (int l = 0; l < 13; ++l)
+        for (int r = 0; r < 13; ++r) {
             EXPECT_EQ(SignOf(BuString(ordered[l]).Compare(ordered[r])), SignOf(l - r)) << l << ' ' << r;
             EXPECT_EQ(BuString(ordered[l]) < BuString(ordered[r]), l < r);
             EXPECT_EQ(BuString(ordered[l]) == BuString(ordered[r]), l == r);
