@@ -59,11 +59,16 @@ std::string UsageProblem(const CLI::App& tuvo, const CLI::ParseError& error)
     return Quoted(first) + " is one argument too many";
 }
 
+std::string HelpHint(const CLI::App& command)
+{
+    const std::string name = command.get_parent() != nullptr ? "tuvo " + command.get_name() : command.get_name();
+    return " (see " + name + " --help)";
+}
+
 ExitCode ReportUsage(const CLI::App& tuvo, const CLI::ParseError& error)
 {
     const auto commands = tuvo.get_subcommands();
-    const std::string command = commands.empty() ? "tuvo" : "tuvo " + commands.front()->get_name();
-    PostError(UsageProblem(tuvo, error) + " (see " + command + " --help)");
+    PostError(UsageProblem(tuvo, error) + HelpHint(commands.empty() ? tuvo : *commands.front()));
     return WrongUsage;
 }
 
@@ -78,11 +83,21 @@ std::vector<std::string> ReversedArguments(int count, char** arguments)
     return reversed;
 }
 
+ExitCode RunCommand(const Command& command)
+{
+    try {
+        return command.run();
+    } catch (const Failure& failure) {
+        PostError(failure.what() + (failure.Code() == WrongUsage ? HelpHint(*command.arguments) : ""));
+        return failure.Code();
+    }
+}
+
 ExitCode RunParsed(const CLI::App& tuvo, const std::vector<Command>& commands)
 {
     for (const Command& command : commands)
         if (command.arguments->parsed())
-            return command.run();
+            return RunCommand(command);
     std::cout << tuvo.help();
     return Done;
 }
@@ -111,9 +126,6 @@ ExitCode RunGuarded(std::vector<std::string> arguments)
 {
     try {
         return ParseAndRun(std::move(arguments));
-    } catch (const Failure& failure) {
-        PostError(failure.what());
-        return failure.Code();
     } catch (const std::bad_alloc&) {
         PostError("memory is exhausted");
     } catch (const std::exception& error) {
