@@ -13,8 +13,7 @@
 //
 // Rules for all of it:
 //  - Names are narrow text and compared without the case of ASCII letters, unless said otherwise. The first match in
-//  the
-//    order of the catalogue wins. A null name is the name of nothing.
+//    the order of the catalogue wins. A null name is the name of nothing.
 //  - Ids are those of the file. They need not be unique; "not found" is -1 unless said otherwise.
 //  - Any query made before VUnitUtlMain leaves the process with an empty catalogue for good.
 //  - An output buffer for text needs 256 bytes; a longer text is cut to 255 characters. A null output is skipped.
@@ -173,7 +172,7 @@ TUVOUTIL_API int VUnitUtlSetCurrentSystem(const char* length, const char* mass, 
 TUVOUTIL_API int VUnitUtlGetUnitSystems(_UnitSystemStr** systems);
 
 // Stores a new array of copies of all display names that are not empty, those of appended systems included, and returns
-// their number; null and 0 when there are none. The caller frees it with UtlFreeStringList.
+// their number; null and 0 when there are none. The caller frees each name and the array with VBuFree.
 TUVOUTIL_API int VUnitUtlGetDisplayedSystemTypeList(char*** names);
 
 // Copies the display name of the first system whose units have these abbreviations and returns 1; returns 0, with the
@@ -208,7 +207,7 @@ TUVOUTIL_API int VUnitUtlGetDataTypeId(const char* name);
 TUVOUTIL_API int VUnitUtlGetDataTypeIdNoCaseCompare(const char* name);
 
 // Stores a new array of copies of the names of all data types and returns their number; null and 0 when there are none.
-// The caller frees it with UtlFreeStringList.
+// The caller frees each name and the array with VBuFree.
 TUVOUTIL_API int VUnitUtlGetDataTypeList(char*** names);
 
 // The multiplier of a data type; 1.0 when there is no such type.
