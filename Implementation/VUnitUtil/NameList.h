@@ -1,4 +1,4 @@
-// Lists of names that a caller is given and frees with UtlFreeStringList.
+// Lists of names that a caller is given and frees name by name, the array last, with VBuFree.
 #pragma once
 
 #include "TuvoMemory/ModuleNames.h"
