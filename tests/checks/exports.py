@@ -40,6 +40,8 @@ def plain_name(symbol):
 
 
 def is_compiler_made(symbol, classes):
+    if symbol.startswith(("__odr_asan", "__asan", "__ubsan")):
+        return True
     if re.match(r"(vtable|typeinfo|typeinfo name|VTT|guard variable|non-virtual thunk|virtual thunk)\b", symbol):
         return True
     if re.match(r"(.* )?(std|__gnu_cxx|__cxxabiv1)::", symbol.split("(")[0]) or symbol.startswith(("std::", "_ZNSt")):
