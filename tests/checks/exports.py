@@ -40,7 +40,7 @@ def plain_name(symbol):
 
 
 def is_compiler_made(symbol, classes):
-    if symbol.startswith(("__odr_asan", "__asan", "__ubsan")):
+    if symbol.startswith(("__odr_asan", "__asan", "__ubsan", "decltype")):  # decltype: results of std templates
         return True
     if re.match(r"(vtable|typeinfo|typeinfo name|VTT|guard variable|non-virtual thunk|virtual thunk)\b", symbol):
         return True
