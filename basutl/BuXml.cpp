@@ -37,6 +37,15 @@ bool ForEachWideUnit(std::string_view text, Visit visit)
     return true;
 }
 
+// In place, as names are too short to be worth a call.
+bool Equal(const char* left, const char* right)
+{
+    for (; *left == *right; ++left, ++right)
+        if (*left == '\0')
+            return true;
+    return false;
+}
+
 bool Equal(const char* utf8, const wchar_t* wide)
 {
     return ForEachWideUnit(utf8, [&](wchar_t unit) { return unit == *wide++; }) && *wide == L'\0';
@@ -207,16 +216,18 @@ void BuXmlNode::GetAttributesUtf8(const char* const* names, const char** values,
 {
     std::fill_n(values, count, nullptr);
     int next = 0;  // the name after the last one found, which is tried first
-    for (auto attribute = ToNode(m_node).first_attribute(); attribute; attribute = attribute.next_attribute()) {
-        const char* const name = attribute.name();
+    auto attribute = ToNode(m_node).first_attribute();
+    for (const char* name = attribute.name(); *name != '\0'; name = attribute.name()) {
         for (int tried = 0; tried < count; ++tried) {
             const int i = next;
             next = next + 1 < count ? next + 1 : 0;
-            if (*name == *names[i] && values[i] == nullptr && std::strcmp(name, names[i]) == 0) {
-                values[i] = attribute.value();
+            if (Equal(name, names[i])) {
+                if (values[i] == nullptr)
+                    values[i] = attribute.value();
                 break;
             }
         }
+        attribute = attribute.next_attribute();
     }
 }
 

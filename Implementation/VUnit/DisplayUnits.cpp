@@ -9,7 +9,12 @@
 #include <basutl/BuCharacter.h>
 #include <basutl/BuNumber.h>
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
 
 namespace {
 
@@ -21,47 +26,100 @@ struct Entry
 };
 using Entries = ScratchBuffer<Entry, 64>;
 
+// ---- Eight characters at once --------------------------------------------------------------------------------------
+
+constexpr std::uint64_t Each = 0x0101010101010101;
+
+std::uint64_t Eight(const char* text)
+{
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, text, sizeof eight);
+    return eight;
+}
+
+// The number of times that a character stands in a text.
+std::size_t Count(std::string_view text, char c)
+{
+    std::size_t count = 0;
+    for (; text.size() >= 8; text.remove_prefix(8)) {
+        const std::uint64_t others = Eight(text.data()) ^ Each * static_cast<unsigned char>(c);
+        const std::uint64_t low = 0x7F * Each;
+        const std::uint64_t marks = ~(((others & low) + low) | others | low);  // the high bit of each that is c
+        count += static_cast<std::size_t>((marks >> 7) * Each >> 56);
+    }
+    return count + static_cast<std::size_t>(std::count(text.begin(), text.end(), c));
+}
+
+// ---- Lists ---------------------------------------------------------------------------------------------------------
+
 bool EndsName(char c)
 {
     return c <= ';' && (c == ';' || c == ':' || c == '\0');  // most are letters, which lie above
 }
 
+// Copies the name that `text` starts with and gives its end: the next divider or the end of the list.
+const char* ReadName(const char* text, char (&field)[sizeof(_UnitDisplayUnitStr::unitName)])
+{
+    char* name = field;
+    char* const last = std::end(field) - 1;
+    for (; !EndsName(*text); ++text)
+        if (name != last)
+            *name++ = *text;
+    *name = '\0';
+    return text;
+}
+
 // Reads one entry of the form "7:N", blanks before it skipped, and gives its end; null when it has another form.
-const char* ReadPlainEntry(const char* text, Entry& entry)
+const char* ReadPlainEntry(const char* text, _UnitDisplayUnitStr& unit)
 {
     while (BuIsSpace(*text))
         ++text;
     const char* const digits = text;
-    entry.systemId = 0;
+    std::int32_t systemId = 0;
     for (; BuIsDigit(*text) && text - digits < 9; ++text)
-        entry.systemId = entry.systemId * 10 + (*text - '0');
+        systemId = systemId * 10 + (*text - '0');
     if (text == digits || *text != ':')
         return nullptr;
-    const char* const name = ++text;
-    while (!EndsName(*text))
-        ++text;
-    entry.name = std::string_view(name, static_cast<std::size_t>(text - name));
-    return text != name && (*text == ';' || *text == '\0') ? text : nullptr;
+    unit.systemId = systemId;
+    const char* const name = text + 1;
+    text = ReadName(name, unit.unitName);
+    return text != name && *text != ':' ? text : nullptr;
 }
 
-// Reads a list of such entries with single dividers, as nearly all are, in one go. False for any other list, and when
-// memory is exhausted.
-bool ReadPlainList(const char* text, Entries& entries)
+_UnitDisplayUnitStr* NewDisplayUnits(std::size_t count)
 {
-    while (*text != '\0') {
-        Entry entry = {};
-        text = ReadPlainEntry(text, entry);
-        if (text == nullptr || !entries.Append(entry))
-            return false;
-        text += *text == ';' ? 1 : 0;
+    return static_cast<_UnitDisplayUnitStr*>(
+        VBuMalloc(count * sizeof(_UnitDisplayUnitStr), modules::VUnit, __LINE__, 0));
+}
+
+// Reads a list of such entries with single dividers, as nearly all are, in one go. False, with the type unchanged, for
+// any other list, and when memory is exhausted.
+bool ReadPlainList(std::string_view list, _UnitDataTypeStr& type)
+{
+    if (list.empty())
+        return false;
+    const std::size_t count = Count(list, ';') + (list.back() != ';' ? 1 : 0);
+    _UnitDisplayUnitStr* units = NewDisplayUnits(count);
+    if (units == nullptr)
+        return false;
+    const char* text = list.data();
+    for (std::size_t i = 0; i < count && text != nullptr; ++i) {
+        text = ReadPlainEntry(text, units[i]);
+        text += text != nullptr && *text == ';' ? 1 : 0;
     }
-    return !entries.IsEmpty();
+    if (text == nullptr) {
+        VBU_FREE(units, modules::VUnit, __LINE__);
+        return false;
+    }
+    type.displayUnits = units;
+    type.displayUnitCount = static_cast<std::int32_t>(count);
+    return true;
 }
 
 // Reads any list by the rules of the splitter. An entry that has not two parts counts, with nothing in it.
-bool ReadAnyList(std::string_view list, Entries& entries)
+bool ReadAnyList(std::string_view list, _UnitDataTypeStr& type)
 {
-    entries.Clear();
+    Entries entries(modules::VUnit);
     std::string_view text;
     for (FieldWalker texts(list, ';'); texts.Next(text);) {
         FieldWalker parts(text, ':');
@@ -71,18 +129,7 @@ bool ReadAnyList(std::string_view list, Entries& entries)
         if (!entries.Append(hasTwoParts ? Entry{name, BuReadInt(id.data())} : Entry{"", 0}))
             return false;
     }
-    return true;
-}
-
-}  // namespace
-
-bool ReadDisplayUnits(std::string_view list, _UnitDataTypeStr& type)
-{
-    Entries entries(modules::VUnit);
-    if (!ReadPlainList(list.data(), entries) && !ReadAnyList(list, entries))
-        return false;
-    type.displayUnits = static_cast<_UnitDisplayUnitStr*>(
-        VBuMalloc(entries.Size() * sizeof(_UnitDisplayUnitStr), modules::VUnit, __LINE__, 0));
+    type.displayUnits = NewDisplayUnits(entries.Size());
     if (type.displayUnits == nullptr)
         return false;
     for (const Entry& entry : entries) {
@@ -93,4 +140,11 @@ bool ReadDisplayUnits(std::string_view list, _UnitDataTypeStr& type)
         unit.systemId = entry.systemId;
     }
     return true;
+}
+
+}  // namespace
+
+bool ReadDisplayUnits(std::string_view list, _UnitDataTypeStr& type)
+{
+    return ReadPlainList(list, type) || ReadAnyList(list, type);
 }

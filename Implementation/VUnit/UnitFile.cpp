@@ -20,9 +20,9 @@ namespace {
 
 constexpr const char* BaseTypeNames[] = {"LENGTH", "MASS", "TIME", "HEAT", "CONSTANT"};
 
-bool IsNamed(const BuXmlNode& node, const char* name)
+bool IsNamed(const BuXmlNode& node, std::string_view name)
 {
-    return std::strcmp(node.GetNameUtf8(), name) == 0;
+    return node.GetNameUtf8() == name;
 }
 
 // The number of a text. Short ones that are nothing but a number, as most are, are read in place.
@@ -86,7 +86,9 @@ public:
     {
         char* copy = nullptr;
         Text(which, [&](std::string_view text) {
-            copy = VBuStrDup(text.data(), modules::VUnit, __LINE__);
+            copy = static_cast<char*>(VBuMalloc(text.size() + 1, modules::VUnit, __LINE__, 0));
+            if (copy != nullptr)
+                catalogue::CopyCut(copy, text.size() + 1, text);
             return copy != nullptr;
         });
         return copy;
