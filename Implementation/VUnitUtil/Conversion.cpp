@@ -195,10 +195,33 @@ double ConvertSubModel(std::int32_t dataTypeId, double value)
 
 // ---- One value after the other -------------------------------------------------------------------------------------
 
-// Where the last conversion found its quantities: most callers convert many values of one kind. Not both are in a system
-// -1, which means a sub-model.
-constinit const Quantity* g_lastFrom = g_quantities;
-constinit const Quantity* g_lastTo = g_quantities;
+// The last conversion, if neither side has a multiplier: most callers convert many values of one kind. Made with all
+// that the next such value needs side by side.
+struct LastConversion
+{
+    std::int32_t fromType, toType, fromSystem, toSystem;
+    std::uint32_t generation;  // of the catalogue; 0 for none
+    double fromHeatOffset, fromFactor, fromOffset;
+    double toOffset, toFactor, toMinusHeatOffset;
+
+    bool Is(int from, int to, int systemFrom, int systemTo) const
+    {
+        return ((from ^ fromType) | (to ^ toType) | (systemFrom ^ fromSystem) | (systemTo ^ toSystem)) == 0 &&
+               generation == catalogue::g_generation;
+    }
+    double Convert(double value) const
+    {
+        const double reference = (value - fromHeatOffset) / fromFactor - fromOffset;
+        return toFactor * (reference + toOffset) - toMinusHeatOffset;
+    }
+};
+constinit LastConversion g_last = {};
+
+void Keep(const Quantity& from, const Quantity& to)
+{
+    g_last = {from.dataTypeId, to.dataTypeId, from.systemId, to.systemId, to.generation,     from.heatOffset,
+              from.factor,     from.offset,   to.offset,     to.factor,   to.minusHeatOffset};
+}
 
 // Converts what is not like the last value. Out of line, so that the way of all others is short.
 [[gnu::noinline]] void ConvertNext(int fromType, int toType, int fromSystem, int toSystem, double value, double* out)
@@ -207,12 +230,14 @@ constinit const Quantity* g_lastTo = g_quantities;
         *out = ConvertSubModel(toType, value);
         return;
     }
-    g_lastFrom = &QuantityOf(fromType, fromSystem);
-    if (g_lastFrom->hasSystem)
-        *out = ToReference(value, *g_lastFrom);
-    g_lastTo = &QuantityOf(toType, toSystem);  // may have taken the place of the other one
-    if (g_lastTo->hasSystem)
-        *out = FromReference(*out, *g_lastTo);
+    const Quantity from = QuantityOf(fromType, fromSystem);  // the next may take its place
+    const Quantity& to = QuantityOf(toType, toSystem);
+    if (from.hasSystem)
+        *out = ToReference(value, from);
+    if (to.hasSystem)
+        *out = FromReference(*out, to);
+    if (from.hasSystem && to.hasSystem && !from.hasMultiplier && !to.hasMultiplier)
+        Keep(from, to);
 }
 
 // ---- Factors -------------------------------------------------------------------------------------------------------
@@ -252,8 +277,8 @@ void VUnitUtlConvertFromOneToAnother(int fromType, int toType, int fromSystem, i
     using namespace conversion;
     if (out == nullptr)
         return;
-    if (IsCurrent(*g_lastFrom, fromType, fromSystem) && IsCurrent(*g_lastTo, toType, toSystem)) [[likely]]
-        *out = FromReference(ToReference(value, *g_lastFrom), *g_lastTo);
+    if (g_last.Is(fromType, toType, fromSystem, toSystem)) [[likely]]
+        *out = g_last.Convert(value);
     else
         ConvertNext(fromType, toType, fromSystem, toSystem, value, out);
 }
