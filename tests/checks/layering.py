@@ -17,7 +17,7 @@ MAY_INCLUDE = {
     "TuvoMemory": ["VFixedHeap", "Diagnostics"],
     "VUnit": ["TuvoMemory"],
     "VUnitUtil": ["VUnit"],
-    "VUtlStr": ["TuvoMemory"],
+    "VUtlStr": ["TuvoMemory", "Kernels"],
     "VUtlGen": ["VUtlStr", "Kernels"],
     "VUtlMisc": ["VUtlStr"],
     "Filer": ["TuvoMemory", "Kernels"],
@@ -38,7 +38,8 @@ MAY_INCLUDE = {
 PUBLIC_HEADERS = {
     "Messages.h": "Diagnostics", "Environment.h": "Diagnostics", "TrackedFile.h": "Diagnostics",
     "Memory.h": "TuvoMemory", "LeakChecker.h": "TuvoMemory", "FixedHeap.h": "VFixedHeap",
-    "Units.h": "VUnit", "Export.h": None, "Types.h": None,
+    "Units.h": "VUnit", "StringBreak.h": "VUtlStr", "IdList.h": "VUtlStr", "StringMatch.h": "VUtlStr",
+    "StringClean.h": "VUtlStr", "NumberText.h": "VUtlStr", "Export.h": None, "Types.h": None,
 }
 
 SYSTEM_CONDITIONAL = re.compile(r"^\s*#\s*(?:el)?if.*(_WIN32|_WIN64|__linux__|__unix__|__MINGW|__APPLE__|_MSC_VER)")
