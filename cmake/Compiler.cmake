@@ -12,7 +12,9 @@ target_compile_options(tuvo_flags INTERFACE
   -ffp-contract=off  # contraction changes truncated results
   -fno-semantic-interposition)
 if(NOT WIN32)
-  target_link_options(tuvo_flags INTERFACE -Wl,-Bsymbolic-functions -Wl,--exclude-libs,ALL)
+  # Shared libraries alone: programs must show the sanitizers' own symbols.
+  target_link_options(tuvo_flags INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-Bsymbolic-functions;-Wl,--exclude-libs,ALL>)
 endif()
 
 set(TUVO_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
