@@ -8,7 +8,6 @@
 
 #include <TuvoUtil/Units.h>
 #include <basutl/BuCharacter.h>
-#include <basutl/BuNumber.h>
 #include <basutl/BuPath.h>
 
 #include <optional>
@@ -93,11 +92,16 @@ void LoadIntoLibrary(const std::wstring& file)
     VUnitUtlMain(platform::Narrow(folder).c_str());
 }
 
-bool IsNumber(const std::string& text)
+// The first data type with a name, else the first one with an id; null when there is none.
+const DataType* FindTypeByText(const CatalogueFile& catalogue, const std::string& text)
 {
-    const char* end = nullptr;
-    BuReadInteger(text.c_str(), &end);
-    return !text.empty() && *end == '\0';
+    for (const DataType& type : catalogue.types)
+        if (BuCompareNoCase(type.name.c_str(), text.c_str()) == 0)
+            return &type;
+    for (const DataType& type : catalogue.types)
+        if (std::to_string(type.id) == text)
+            return &type;
+    return nullptr;
 }
 
 // The first system of the catalogue in which a data type has the same unit as in the given one: a system that was made
@@ -153,13 +157,12 @@ CatalogueFile LoadCatalogue(const std::string& given)
 
 const DataType& FindDataType(const CatalogueFile& catalogue, const std::string& text)
 {
-    const int named = VUnitUtlGetDataTypeId(text.c_str());
-    const int id = named < 0 && IsNumber(text) ? BuReadInt(text.c_str()) : named;
-    if (const DataType* const type = FindType(catalogue, id)) {
-        if (id != named || BuCompareNoCase(type->name.c_str(), text.c_str()) == 0)
+    if (const DataType* const type = FindTypeByText(catalogue, text)) {
+        const DataType* const converted = FindType(catalogue, type->id);
+        if (converted == type)
             return *type;
-        throw Failure("the catalogue gives the id " + std::to_string(id) + " of the data type " + Quoted(text) +
-                      " to " + Quoted(type->name) + " too");
+        throw Failure("the catalogue gives the id " + std::to_string(type->id) + " of the data type " + Quoted(text) +
+                      " to " + Quoted(converted->name) + " too");
     }
 
     std::vector<std::string> names;
