@@ -366,6 +366,21 @@ TEST(TuvoCatalogue, NeverConvertsWithAnotherSystemThanTheOneNamed)
     EXPECT_TRUE(Contains(run.errors, "numbers its unit systems so that none can be added")) << run.errors;
 }
 
+TEST(TuvoCatalogue, WithAFactorOfZeroGivesNoNumbers)
+{
+    const TemporaryFolder folder;
+    folder.Write("unit.xml", CatalogueWith(R"(
+<BASE_TYPE TYPE="LENGTH"><BASE_UNIT ID="9" NAME="Nothing" ABBR="no" CONV_VAL="0"/></BASE_TYPE>)"));
+    for (const auto& [argument, message] : {std::pair{"1", "value 1: \"1\" has no finite result"},
+                                            std::pair{"--factor", "the conversion has no finite factor"}}) {
+        const ChildResult run = Tuvo({"convert", argument, "--type", "Length", "--from", "no,kg,sec", "--to", "SI",
+                                      "--catalogue", folder.NarrowPath()});
+        EXPECT_EQ(run.output, "");
+        EXPECT_EQ(run.errors, std::string("tuvo: error: ") + message + '\n');
+        EXPECT_EQ(run.exitCode, 1);
+    }
+}
+
 TEST(TuvoUnits, ChecksTheShippedCatalogue)
 {
     const ChildResult run = Tuvo({"units", "--check"});

@@ -164,13 +164,16 @@ ExitCode ConvertLines(const Conversion& conversion, const Options& options)
 
 void PrintFactor(const Conversion& conversion, const Options& options)
 {
+    const double factor = conversion.Factor();
     const double offset = conversion.Offset();
+    if (!std::isfinite(factor) || !std::isfinite(offset))
+        throw Failure("the conversion has no finite factor");
     const bool shows = options.plain || offset != 0.0;
     const auto name = [](const std::string& unit) { return unit.empty() ? "value" : unit; };
     std::string line;
     if (!options.plain)
         line = name(conversion.TargetUnit()) + " = " + name(conversion.SourceUnit()) + " * ";
-    AppendNumber(line, conversion.Factor(), options.digits);
+    AppendNumber(line, factor, options.digits);
     if (shows)
         line += options.plain ? " " : (offset < 0 ? " - " : " + ");
     if (shows)
