@@ -248,6 +248,7 @@ TEST(Tuvo, SaysWhatIsWrongAndWhatMayHaveBeenMeant)
          2,
          "--to is required for the data type \"Length\" (see tuvo convert --help)"},
         {{"convert", "1", "--from", "0", "--to", "5"}, 2, "--type is required (see tuvo convert --help)"},
+        {{"convert", "--", "-1", "--type", "Ratio"}, 2, "--type is required"},
         {{"convert", "1", "--tpye", "Length"}, 2, "there is no option \"--tpye\"; did you mean \"--type\"?"},
         {{"convert", "1", "-", "--type", "Ratio"}, 2, "\"-\" stands for standard input"},
         {{"convert", "1", "--type", "Ratio", "--digits", "18"}, 2, "--digits: Value 18 not in range 1 to 17"},

@@ -48,7 +48,8 @@ std::string UsageProblem(const CLI::App& tuvo, const CLI::ParseError& error)
 {
     const auto commands = tuvo.get_subcommands();
     const CLI::App& command = commands.empty() ? tuvo : *commands.front();
-    const std::vector<std::string> unexpected = tuvo.remaining(true);
+    std::vector<std::string> unexpected = tuvo.remaining(true);
+    std::erase(unexpected, "--");  // begins the values; the argument reader lists it though it takes it
     if (unexpected.empty())
         return error.what();
     const std::string& first = unexpected.front();
