@@ -336,7 +336,9 @@ TEST(TuvoCatalogue, IsReportedWhenItCannotBeRead)
     folder.Write("cut.xml", whole.substr(0, whole.size() / 2));
     folder.Write("empty.xml", "");
     folder.Write("other.xml", "<page><body/></page>");
+    const char* const device = OnWindows() ? "no such device" : "/dev/null";
     const Wrong rows[] = {
+        {{device}, 1, OnWindows() ? "cannot open file: " : "it is not a regular file"},
         {{folder.NarrowPath()}, 1, "unit.xml: cannot open file: "},
         {{folder.NarrowPath("inner")}, 1, "unit.xml: cannot open file: "},
         {{folder.NarrowPath("cut.xml")}, 1, " at offset "},

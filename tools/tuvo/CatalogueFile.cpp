@@ -217,8 +217,14 @@ const Record* FindById(const std::vector<Record>& records, int id)
 
 CatalogueFile ReadCatalogueFile(const std::string& path)
 {
+    // It is read twice, which a pipe cannot be, and devices may have no end.
+    const std::wstring file = platform::Widen(path);
+    platform::FileStatus status;
+    if (platform::Status(file.c_str(), status) && status.kind == platform::FileKind::Other)
+        throw Failure("cannot read the unit catalogue " + path + ": it is not a regular file");
+
     BuXmlDocument document;
-    if (!document.Load(platform::Widen(path).c_str()))
+    if (!document.Load(file.c_str()))
         throw Failure("cannot read the unit catalogue " + path + ": " + NarrowText(document.GetErrorText()));
 
     CatalogueFile catalogue;
