@@ -231,6 +231,8 @@ TEST(Tuvo, SaysWhatIsWrongAndWhatMayHaveBeenMeant)
         {{"convert", "1", "--type", "Length", "--from", "mm,tn,sec", "--to", "5"},
          1,
          "there is no mass unit \"tn\"; did you mean \"ton\"?"},
+        {{"convert", "1", "--type", "Length", "--from", "x,kg,sec", "--to", "5"}, 1, "no length unit \"x\" (tuvo"},
+        {{"convert", "1", "--type", "Length", "--from", ",kg,sec", "--to", "5"}, 1, "no length unit \"\" (tuvo"},
         {{"convert", "1", "--type", "Length", "--from", "ton,mm,sec", "--to", "5"},
          1,
          "\"ton\" is a mass unit where a length unit belongs (the order is length, mass, time, heat)"},

@@ -19,12 +19,12 @@ bool Contains(const std::string& text, const std::string& part)
     return part.size() > 1 && Lower(text).find(Lower(part)) != std::string::npos;
 }
 
-// How far a known name is from the text; an unrelated name gives a negative number.
+// How far a known name is from the text; an unrelated one gives a negative number.
 int Remoteness(const std::string& text, const std::string& known)
 {
     const int distance = EditDistance(text, known);
-    const int allowed = std::max(1, static_cast<int>(std::max(text.size(), known.size())) / 3);
-    if (distance <= allowed && !known.empty())
+    const int longest = static_cast<int>(std::max(text.size(), known.size()));
+    if (distance <= std::max(1, longest / 3) && distance < longest)
         return distance;
     return Contains(known, text) ? distance : -1;
 }
