@@ -136,12 +136,20 @@ std::string MassOfForce(const CatalogueFile& catalogue, const ForceUnit& force, 
                   " (tuvo units --units lists all)");
 }
 
-// The abbreviation of a unit as the catalogue has it.
-std::string ResolveUnit(const CatalogueFile& catalogue, BaseType type, const std::string& name)
+// The unit of a base type in any spelling of its name; null when there is none.
+const BaseUnit* FindUnitOf(const CatalogueFile& catalogue, BaseType type, const std::string& name)
 {
     for (const std::string& spelling : {name, DisplaySpelling(type, name)})
         if (const BaseUnit* const unit = FindUnit(catalogue, spelling); unit != nullptr && unit->baseType == type)
-            return unit->abbreviation;
+            return unit;
+    return nullptr;
+}
+
+// The abbreviation of a unit as the catalogue has it.
+std::string ResolveUnit(const CatalogueFile& catalogue, BaseType type, const std::string& name)
+{
+    if (const BaseUnit* const unit = FindUnitOf(catalogue, type, name))
+        return unit->abbreviation;
     ThrowUnknownUnit(catalogue, type, name);
 }
 
@@ -153,6 +161,8 @@ std::string ResolveMass(const CatalogueFile& catalogue, const std::string& name,
     const ForceUnit* const force = unit != nullptr && unit->baseType == Mass ? nullptr : FindForce(name);
     return force != nullptr ? MassOfForce(catalogue, *force, length, time) : ResolveUnit(catalogue, Mass, name);
 }
+
+constexpr char WhatASystemHas[] = "; a unit system has length, mass, time and heat, as in mm,ton,sec,kelvin";
 
 std::vector<std::string> SplitAtCommas(const std::string& text)
 {
@@ -172,8 +182,7 @@ int SystemOfList(const CatalogueFile& catalogue, const std::string& text)
     if (names.size() == 3)
         names.emplace_back("kelvin");
     if (names.size() != 4)
-        throw Failure(Quoted(text) + " lists " + std::to_string(names.size()) +
-                      " units; a unit system has length, mass, time and heat, as in mm,ton,sec,kelvin");
+        throw Failure(Quoted(text) + " lists " + std::to_string(names.size()) + " units" + WhatASystemHas);
 
     const std::string length = ResolveUnit(catalogue, Length, names[Length]);
     const std::string time = ResolveUnit(catalogue, Time, names[Time]);
@@ -214,6 +223,15 @@ std::vector<std::string> SystemNames(const CatalogueFile& catalogue)
     return names;
 }
 
+[[noreturn]] void ThrowUnknownSystem(const CatalogueFile& catalogue, const std::string& text)
+{
+    for (const BaseType type : {Length, Mass, Time, Heat})
+        if (FindUnitOf(catalogue, type, text) != nullptr)
+            throw Failure(Quoted(text) + " is a " + BaseTypeNames[type] + " unit" + WhatASystemHas);
+    throw Failure("there is no unit system " + Quoted(text) + DidYouMean(text, SystemNames(catalogue)) +
+                  " (tuvo units --systems lists all)");
+}
+
 }  // namespace
 
 FourUnits UnitsOfSystem(int unitSystem)
@@ -229,8 +247,7 @@ int FindUnitSystem(const CatalogueFile& catalogue, const std::string& text)
         return UsableId(catalogue, *system);
     if (text.find(',') != std::string::npos)
         return SystemOfList(catalogue, text);
-    throw Failure("there is no unit system " + Quoted(text) + DidYouMean(text, SystemNames(catalogue)) +
-                  " (tuvo units --systems lists all)");
+    ThrowUnknownSystem(catalogue, text);
 }
 
 }  // namespace tool
