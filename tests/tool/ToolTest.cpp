@@ -258,6 +258,8 @@ TEST(Tuvo, SaysWhatIsWrongAndWhatMayHaveBeenMeant)
         {{"convert", "1", "-", "--type", "Ratio"}, 2, "\"-\" stands for standard input"},
         {{"convert", "1", "--type", "Ratio", "--digits", "18"}, 2, "--digits: Value 18 not in range 1 to 17"},
         {{"convert", "1", "--type", "Ratio", "--plain", "--equation"}, 2, "--plain and --equation exclude each other"},
+        {{"convert", "1", "--type", "Ratio", "--to-type", ""}, 2, "--to-type: must not be empty"},
+        {{"units", "--catalogue", ""}, 2, "--catalogue: must not be empty"},
         {{"covnert"}, 2, "there is no command \"covnert\"; did you mean \"convert\"? (see tuvo --help)"},
         {{"units", "Pressure"}, 2, "\"Pressure\" is one argument too many (see tuvo units --help)"},
     };

@@ -125,6 +125,7 @@ int LabellingSystem(const CatalogueFile& catalogue, const DataType& type, int un
 void AddCatalogueOption(CLI::App& command, std::string& given)
 {
     command.add_option("--catalogue", given, "Unit catalogue to use: a file, or a directory that holds unit.xml")
+        ->check(NotEmpty())
         ->type_name("PATH");
 }
 

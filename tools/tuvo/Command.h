@@ -26,6 +26,12 @@ Command AddConvert(CLI::App& tuvo);
 Command AddUnits(CLI::App& tuvo);
 Command AddInfo(CLI::App& tuvo);
 
+// Refuses an empty text, which comes from a variable of a script that has no value.
+inline CLI::Validator NotEmpty()
+{
+    return {[](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, ""};
+}
+
 // Ends a subcommand; the program shows the text as an error and exits with the code.
 class Failure : public std::runtime_error
 {

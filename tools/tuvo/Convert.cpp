@@ -228,6 +228,7 @@ Command AddConvert(CLI::App& tuvo)
         ->required()
         ->type_name("TYPE");
     command.add_option("--to-type", options->toType, "Data type of the results when it is another one")
+        ->check(NotEmpty())
         ->type_name("TYPE");
     command.add_option("--from", options->from, "Unit system of the values")->type_name("SYSTEM");
     command.add_option("--to", options->to, "Unit system of the results")->type_name("SYSTEM");
