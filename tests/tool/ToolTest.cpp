@@ -1,4 +1,5 @@
-// The host program as its users meet it: arguments and input in, output, messages and exit code out.
+// The host program as its users meet it: arguments and input in, output, messages and exit code out. What the guide shows
+// is compared with the program in its place.
 #include "platform/Platform.h"
 #include "support/ChildProcess.h"
 #include "support/TestFiles.h"
@@ -6,13 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
-
-using Arguments = std::vector<std::string>;
 
 bool OnWindows()
 {
@@ -27,22 +25,20 @@ std::wstring BuildFolder()
     return file.substr(0, file.find_last_of(L"/\\") + 1);
 }
 
-ChildResult Tuvo(const Arguments& arguments, const std::string& input = {}, const ChildVariables& variables = {})
+// Runs tuvo with the arguments of a line, which blanks divide but where they stand in single quotes.
+ChildResult Tuvo(const std::string& line, const std::string& input = {}, const ChildVariables& variables = {})
 {
     std::vector<std::wstring> all = {BuildFolder() + (OnWindows() ? L"tuvo.exe" : L"tuvo")};
-    for (const std::string& argument : arguments)
-        all.push_back(platform::Widen(argument));
+    for (std::size_t at = line.find_first_not_of(' '); at < line.size(); at = line.find_first_not_of(' ', at)) {
+        const bool isQuoted = line[at] == '\'';
+        const std::size_t start = at + (isQuoted ? 1 : 0);
+        const std::size_t end = std::min(line.size(), line.find(isQuoted ? '\'' : ' ', start));
+        all.push_back(platform::Widen(line.substr(start, end - start)));
+        at = end + (isQuoted ? 1 : 0);
+    }
     ChildVariables clean = {{L"TUVO_CATALOGUE", std::nullopt}, {L"BU_LOG_LEVEL", std::nullopt}};
     clean.insert(clean.end(), variables.begin(), variables.end());
     return RunAndCapture(all, clean, input);
-}
-
-std::string Text(const Arguments& arguments)
-{
-    std::string text = "tuvo";
-    for (const std::string& argument : arguments)
-        text += " '" + argument + '\'';
-    return text;
 }
 
 bool Contains(const std::string& text, const std::string& part)
@@ -52,93 +48,74 @@ bool Contains(const std::string& text, const std::string& part)
 
 // ---- Conversion ----------------------------------------------------------------------------------------------------
 
-struct Conversion
-{
-    const char* value;
-    const char* type;
-    const char* from;
-    const char* to;
-    double result;  // of the program `units` 2.22: units -t -o %.15g '210000 MPa' psi
-};
-
 TEST(TuvoConvert, AgreesWithGnuUnits)
 {
-    constexpr Conversion Rows[] = {
-        {"210000", "Pressure", "mm,ton,sec,kelvin", "in,lbf,sec,fahrenheit", 30457924.9233439},
-        {"7.85e-9", "Density", "mm,n,sec", "in,lbf,sec", 0.000734544492961071},
-        {"1", "Density", "mm,ton,sec", "ft,lb,sec", 62427960576.1446},
-        {"1", "Force", "in,lbf,sec", "m,kg,sec", 4.4482216152605},
-        {"1", "Force", "ft,pdl,sec", "m,n,sec", 0.138254954376},
-        {"12.5", "Force", "in,kip,sec", "m,kn,sec", 55.6027701907563},
-        {"1", "Mass", "ft,lbf,sec", "m,kg,sec", 14.5939029372064},
-        {"1", "Mass", "in,lbf,sec", "m,kg,sec", 175.126835246476},
-        {"1", "Stress", "mm,kgf,sec", "mm,ton,sec", 9.80665},
-        {"20", "Temperature", "m,kg,sec,centigrade", "m,kg,sec,fahrenheit", 68.0},
-        {"98.6", "Temperature", "m,kg,sec,fahrenheit", "m,kg,sec,kelvin", 310.15},
-        {"1", "Thermal Conductivity", "m,kg,sec,kelvin", "in,lbf,sec,fahrenheit", 0.124893857277617},
+    const struct
+    {
+        const char* line;
+        double result;  // of the program `units` 2.22: units -t -o %.15g '1 ton/mm^3' lb/ft^3
+    } rows[] = {
+        {"1 --type Density --from mm,ton,sec --to ft,lb,sec", 62427960576.1446},
+        {"1 --type Force --from in,lbf,sec --to m,kg,sec", 4.4482216152605},
+        {"1 --type Force --from ft,pdl,sec --to m,n,sec", 0.138254954376},
+        {"12.5 --type Force --from in,kip,sec --to m,kn,sec", 55.6027701907563},
+        {"1 --type Mass --from ft,lbf,sec --to m,kg,sec", 14.5939029372064},
+        {"1 --type Stress --from mm,kgf,sec --to mm,ton,sec", 9.80665},
+        {"98.6 --type Temperature --from m,kg,sec,fahrenheit --to m,kg,sec,kelvin", 310.15},
+        {"1 --type 'Thermal Conductivity' --from m,kg,sec --to in,lbf,sec,fahrenheit", 0.124893857277617},
     };
-    for (const Conversion& row : Rows) {
-        const ChildResult run =
-            Tuvo({"convert", row.value, "--type", row.type, "--from", row.from, "--to", row.to, "--plain"});
+    for (const auto& [line, result] : rows) {
+        const ChildResult run = Tuvo(std::string("convert --plain ") + line);
         EXPECT_EQ(run.exitCode, 0) << run.errors;
-        EXPECT_NEAR(std::stod(run.output), row.result, 1e-13 * std::abs(row.result)) << row.value << ' ' << row.type;
+        EXPECT_NEAR(std::stod(run.output), result, 1e-13 * std::abs(result)) << line;
     }
 }
 
 TEST(TuvoConvert, TakesOneSystemUnderAllItsNames)
 {
     for (const char* const name :
-         {"in-slinch-sec-fahrenheit", "IN-SLINCH-SEC-FAHRENHEIT", "in, slinch, s, degF (lbf, psi)", "22",
-          "in,slinch,sec,fahrenheit", "IN , Slinch , SEC , Fahrenheit", "in,lbf,sec,fahrenheit", "INCH,LBF,S,FAHR",
-          "in,slinch,s,degF"}) {
-        const ChildResult run = Tuvo({"convert", "1", "--type", "Temperature", "--from", name, "--to", "0"});
+         {"IN-SLINCH-SEC-FAHRENHEIT", "'in, slinch, s, degF (lbf, psi)'", "22", "'IN , Slinch , SEC , Fahrenheit'",
+          "in,lbf,sec,fahrenheit", "INCH,LBF,S,FAHR", "in,slinch,s,degF"}) {
+        const ChildResult run = Tuvo(std::string("convert 1 --type Temperature --to 0 --from ") + name);
         EXPECT_EQ(run.output, "1 degF = 255.927777777778 K\n") << name << run.errors;
     }
 }
 
-struct Shown
-{
-    Arguments arguments;
-    const char* output;
-};
-
 TEST(TuvoConvert, ShowsResultsAsAskedFor)
 {
-    const Shown rows[] = {
-        {{"1", "10", "2.5e3", "-.5", "--type", "pressure", "--from", "mm,ton,sec", "--to", "m,kg,sec"},
+    const struct
+    {
+        const char *line, *output;
+    } rows[] = {
+        {"1 10 2.5e3 -.5 --type pressure --from mm,ton,sec --to m,kg,sec",
          "    1 MPa = 1000000 Pa\n"
          "   10 MPa = 10000000 Pa\n"
          "2.5e3 MPa = 2.5e+09 Pa\n"
          " -0.5 MPa = -500000 Pa\n"},
-        {{"1", "2", "--plain", "--digits", "5", "--type", "36", "--from", "5", "--to", "22"}, "145.04\n290.08\n"},
+        {"1 2 --plain --digits 5 --type 36 --from 5 --to 22", "145.04\n290.08\n"},
         // Offsets leave no noise in the last digits: 0 C, the Fahrenheit zero, absolute zero.
-        {{"0", "-17.77777777777778", "-273.15", "--plain", "--type", "Temperature", "--from", "1", "--to", "22"},
-         "32\n0\n-459.67\n"},
-        {{"1e-300", "--plain", "--type", "Length", "--from", "0", "--to", "5"}, "1e-297\n"},
-        {{"--factor", "--type", "Temperature", "--from", "1", "--to", "22"}, "degF = degC * 1.8 + 32\n"},
-        {{"--factor", "--plain", "--type", "Temperature", "--from", "0", "--to", "1"}, "1 -273.15\n"},
-        {{"--factor", "3", "--type", "Length", "--from", "0", "--to", "5"}, "mm = m * 1000\n3 m = 3000 mm\n"},
-        {{"180", "--type", "Angle in Degrees", "--to-type", "Angle"}, "180 deg = 3.14159265358979 rad\n"},
-        {{"0.125", "--type", "Ratio", "--to-type", "Percentage"}, "0.125 = 12.5 percent\n"},
-        {{"30", "--type", "Rotational Speed in RPM", "--to-type", "Angular Velocity", "--to", "9", "--digits", "6"},
+        {"0 -17.77777777777778 -273.15 --plain --type Temperature --from 1 --to 22", "32\n0\n-459.67\n"},
+        {"1e-300 --plain --type Length --from 0 --to 5", "1e-297\n"},
+        {"--factor --plain --type Temperature --from 0 --to 1", "1 -273.15\n"},
+        {"--factor 3 --type Length --from 0 --to 5", "mm = m * 1000\n3 m = 3000 mm\n"},
+        {"0.125 --type Ratio --to-type Percentage", "0.125 = 12.5 percent\n"},
+        {"30 --type 'Rotational Speed in RPM' --to-type 'Angular Velocity' --to 9 --digits 6",
          "30 rpm = 0.00314159 rad/ms\n"},
         // The label does not depend on units that the quantity does not have.
-        {{"1", "--type", "Pressure", "--from", "in,lbf,sec,centigrade", "--to", "0"}, "1 psi = 6894.75729316836 Pa\n"},
+        {"1 --type Pressure --from in,lbf,sec,centigrade --to 0", "1 psi = 6894.75729316836 Pa\n"},
+        {"--type Length --from 0 --to 5 -- -1", "-1 m = -1000 mm\n"},
     };
-    for (const Shown& row : rows) {
-        Arguments arguments = row.arguments;
-        arguments.insert(arguments.begin(), "convert");
-        const ChildResult run = Tuvo(arguments);
-        EXPECT_EQ(run.output, row.output) << Text(arguments);
-        EXPECT_EQ(run.errors, "") << Text(arguments);
-        EXPECT_EQ(run.exitCode, 0) << Text(arguments);
+    for (const auto& [line, output] : rows) {
+        const ChildResult run = Tuvo(std::string("convert ") + line);
+        EXPECT_EQ(run.output, output) << line;
+        EXPECT_EQ(run.errors, "") << line;
+        EXPECT_EQ(run.exitCode, 0) << line;
     }
 }
 
 TEST(TuvoConvert, NamesEachBadValueAndConvertsTheOthers)
 {
-    const ChildResult run = Tuvo({"convert", "abc", "1", "1e999", "nan", "12a", "", "1,5", "1e308", "2", "--type",
-                                  "Length", "--from", "0", "--to", "5", "--plain"});
+    const ChildResult run = Tuvo("convert abc 1 1e999 nan 12a '' 1,5 1e308 2 --type Length --from 0 --to 5 --plain");
     EXPECT_EQ(run.output, "\n1000\n\n\n\n\n\n\n2000\n");
     EXPECT_EQ(run.errors,
               "tuvo: error: value 1: \"abc\" is not a number\n"
@@ -154,7 +131,7 @@ TEST(TuvoConvert, NamesEachBadValueAndConvertsTheOthers)
 
 // ---- Standard input ------------------------------------------------------------------------------------------------
 
-const Arguments MetresToMillimetres = {"convert", "--type", "Length", "--from", "0", "--to", "5"};
+const std::string MetresToMillimetres = "convert --type Length --from 0 --to 5 ";
 
 TEST(TuvoConvert, GivesALineForEachLineOfTheInput)
 {
@@ -168,9 +145,7 @@ TEST(TuvoConvert, GivesALineForEachLineOfTheInput)
               "tuvo: error: 1 of 6 lines could not be converted\n");
     EXPECT_EQ(run.exitCode, 1);
 
-    Arguments equations = MetresToMillimetres;
-    equations.insert(equations.end(), {"-", "--equation"});
-    EXPECT_EQ(Tuvo(equations, "1\n").output, "1 m = 1000 mm\n");
+    EXPECT_EQ(Tuvo(MetresToMillimetres + "- --equation", "1\n").output, "1 m = 1000 mm\n");
     EXPECT_EQ(Tuvo(MetresToMillimetres, "").output, "");
 }
 
@@ -186,100 +161,70 @@ TEST(TuvoConvert, IsNotStoppedByBytesThatAreNoText)
 
 TEST(TuvoConvert, StreamsLongInputs)
 {
-    std::string input;
-    std::string expected;
+    std::string input, expected, bad;
     for (int i = 1; i <= 100'000; ++i) {
         input += std::to_string(i) + '\n';
         expected += std::to_string(i) + "000\n";
+        bad += i <= 1000 ? "x\n" : "";
     }
-    const ChildResult run = Tuvo(MetresToMillimetres, input);
-    EXPECT_TRUE(run.output == expected);
-    EXPECT_EQ(run.errors, "");
-
-    std::string bad;
-    for (int i = 0; i < 1000; ++i)
-        bad += "x\n";
-    const ChildResult failed = Tuvo(MetresToMillimetres, bad);
-    EXPECT_TRUE(Contains(failed.errors, "line 20: ")) << failed.errors;
-    EXPECT_FALSE(Contains(failed.errors, "line 21: ")) << failed.errors;
-    EXPECT_TRUE(Contains(failed.errors, "1000 of 1000 lines could not be converted; only the first are listed"));
+    EXPECT_TRUE(Tuvo(MetresToMillimetres, input).output == expected);
+    const std::string errors = Tuvo(MetresToMillimetres, bad).errors;
+    EXPECT_TRUE(Contains(errors, "line 20: ")) << errors;
+    EXPECT_FALSE(Contains(errors, "line 21: ")) << errors;
+    EXPECT_TRUE(Contains(errors, "1000 of 1000 lines could not be converted; only the first are listed")) << errors;
 }
 
 // ---- What can be wrong ---------------------------------------------------------------------------------------------
 
-struct Wrong
-{
-    Arguments arguments;
-    int exitCode;
-    const char* message;
-};
-
 TEST(Tuvo, SaysWhatIsWrongAndWhatMayHaveBeenMeant)
 {
-    const Wrong rows[] = {
-        {{"convert", "1", "--type", "Presure", "--from", "0", "--to", "5"},
-         1,
-         "there is no data type \"Presure\"; did you mean \"Pressure\"?"},
-        {{"convert", "1", "--type", "9999", "--from", "0", "--to", "5"}, 1, "there is no data type \"9999\""},
-        {{"convert", "1", "--type", "4294967302", "--from", "0", "--to", "5"},
-         1,
-         "there is no data type \"4294967302\""},
-        {{"units", "--type", "Modulus"}, 1, "did you mean \"Bulk Modulus\", \"Shear Modulus\" or \"Section Modulus\"?"},
-        {{"convert", "1", "--type", "Length", "--from", "mm-ton-sec-celvin", "--to", "5"},
-         1,
-         "there is no unit system \"mm-ton-sec-celvin\"; did you mean \"mm-ton-sec-kelvin\""},
-        {{"convert", "1", "--type", "Length", "--from", "mm,tn,sec", "--to", "5"},
-         1,
-         "there is no mass unit \"tn\"; did you mean \"ton\"?"},
-        {{"convert", "1", "--type", "Length", "--from", "x,kg,sec", "--to", "5"}, 1, "no length unit \"x\" (tuvo"},
-        {{"convert", "1", "--type", "Length", "--from", ",kg,sec", "--to", "5"}, 1, "no length unit \"\" (tuvo"},
-        {{"convert", "1", "--type", "Length", "--from", "ton,mm,sec", "--to", "5"},
-         1,
+    const struct
+    {
+        const char* line;
+        int exitCode;
+        const char* message;
+    } rows[] = {
+        {"convert 1 --type 9999", 1, "there is no data type \"9999\""},
+        {"convert 1 --type 4294967302", 1, "there is no data type \"4294967302\""},
+        {"units --type Modulus", 1, "did you mean \"Bulk Modulus\", \"Shear Modulus\" or \"Section Modulus\"?"},
+        {"convert 1 --type Length --from x,kg,sec", 1, "there is no length unit \"x\" (tuvo units --units"},
+        {"convert 1 --type Length --from ,kg,sec", 1, "there is no length unit \"\" (tuvo units --units"},
+        {"convert 1 --type Length --from ton,mm,sec", 1,
          "\"ton\" is a mass unit where a length unit belongs (the order is length, mass, time, heat)"},
-        {{"convert", "1", "--type", "Length", "--from", "mm,ton", "--to", "5"}, 1, "\"mm,ton\" lists 2 units"},
-        {{"convert", "1", "--type", "Temperature", "--from", "0", "--to", "degF"},
-         1,
-         "\"degF\" is a heat unit; a unit system has length, mass, time and heat, as in mm,ton,sec,kelvin"},
-        {{"convert", "1", "--type", "Length", "--from", "ft,n,sec", "--to", "5"},
-         1,
-         "the catalogue has no mass unit that makes n the force of ft and sec"},
-        {{"convert", "1", "--type", "Length", "--from", "unitless", "--to", "5"},
-         1,
-         "the unit system \"unitless\" has no length unit"},
-        {{"convert", "1", "--type", "Length", "--to-type", "Area", "--from", "0", "--to", "5"},
-         1,
+        {"convert 1 --type Length --from mm,ton", 1, "\"mm,ton\" lists 2 units; a unit system has length, mass,"},
+        {"convert 1 --type Length --from degF", 1, "\"degF\" is a heat unit; a unit system has length, mass,"},
+        {"convert 1 --type Length --from unitless", 1, "the unit system \"unitless\" has no length unit"},
+        {"convert 1 --type Length --to-type Area --from 0 --to 5", 1,
          "the data types \"Length\" and \"Area\" have different dimensions"},
-        {{"convert", "1", "--type", "Length", "--from", "0"},
-         2,
+        {"convert 1 --type Length --from 0", 2,
          "--to is required for the data type \"Length\" (see tuvo convert --help)"},
-        {{"convert", "1", "--from", "0", "--to", "5"}, 2, "--type is required (see tuvo convert --help)"},
-        {{"convert", "--", "-1", "--type", "Ratio"}, 2, "--type is required"},
-        {{"convert", "1", "--tpye", "Length"}, 2, "there is no option \"--tpye\"; did you mean \"--type\"?"},
-        {{"convert", "1", "-", "--type", "Ratio"}, 2, "\"-\" stands for standard input"},
-        {{"convert", "1", "--type", "Ratio", "--digits", "18"}, 2, "--digits: Value 18 not in range 1 to 17"},
-        {{"convert", "1", "--type", "Ratio", "--plain", "--equation"}, 2, "--plain and --equation exclude each other"},
-        {{"convert", "1", "--type", "Ratio", "--to-type", ""}, 2, "--to-type: must not be empty"},
-        {{"units", "--catalogue", ""}, 2, "--catalogue: must not be empty"},
-        {{"covnert"}, 2, "there is no command \"covnert\"; did you mean \"convert\"? (see tuvo --help)"},
-        {{"units", "Pressure"}, 2, "\"Pressure\" is one argument too many (see tuvo units --help)"},
+        {"convert 1 --from 0 --to 5", 2, "--type is required (see tuvo convert --help)"},
+        {"convert -- -1 --type Ratio", 2, "--type is required"},
+        {"convert 1 --tpye Length", 2, "there is no option \"--tpye\"; did you mean \"--type\"?"},
+        {"convert 1 - --type Ratio", 2, "\"-\" stands for standard input"},
+        {"convert 1 --type Ratio --digits 18", 2, "--digits: Value 18 not in range 1 to 17"},
+        {"convert 1 --type Ratio --plain --equation", 2, "--plain and --equation exclude each other"},
+        {"convert 1 --type Ratio --to-type ''", 2, "--to-type: must not be empty"},
+        {"units --catalogue ''", 2, "--catalogue: must not be empty"},
+        {"covnert", 2, "there is no command \"covnert\"; did you mean \"convert\"? (see tuvo --help)"},
+        {"units Pressure", 2, "\"Pressure\" is one argument too many (see tuvo units --help)"},
     };
-    for (const Wrong& row : rows) {
-        const ChildResult run = Tuvo(row.arguments);
-        EXPECT_TRUE(Contains(run.errors, row.message)) << Text(row.arguments) << '\n' << run.errors;
-        EXPECT_EQ(run.exitCode, row.exitCode) << Text(row.arguments);
-        EXPECT_EQ(run.output, "") << Text(row.arguments);
+    for (const auto& [line, exitCode, message] : rows) {
+        const ChildResult run = Tuvo(line);
+        EXPECT_TRUE(Contains(run.errors, message)) << line << '\n' << run.errors;
+        EXPECT_EQ(run.exitCode, exitCode) << line;
+        EXPECT_EQ(run.output, "") << line;
     }
 }
 
 TEST(Tuvo, HelpsOnEveryLevel)
 {
-    EXPECT_EQ(Tuvo({}).output, Tuvo({"--help"}).output);
-    EXPECT_EQ(Tuvo({}).exitCode, 0);
-    for (const char* const command : {"convert", "units", "info"}) {
-        const ChildResult help = Tuvo({command, "--help"});
-        EXPECT_TRUE(Contains(help.output, "Examples:\n  tuvo " + std::string(command))) << help.output;
-        EXPECT_EQ(help.exitCode, 0) << command;
-        EXPECT_TRUE(Contains(Tuvo({"--help"}).output, command));
+    const std::string help = Tuvo("--help").output;
+    EXPECT_EQ(Tuvo("").output, help);
+    EXPECT_EQ(Tuvo("").exitCode, 0);
+    for (const std::string command : {"convert", "units", "info"}) {
+        EXPECT_TRUE(Contains(Tuvo(command + " --help").output, "Examples:\n  tuvo " + command)) << command;
+        EXPECT_TRUE(Contains(help, command));
     }
 }
 
@@ -314,6 +259,12 @@ std::string CatalogueWith(const std::string& lines, const std::string& systemId 
            "</UNITS>\n";
 }
 
+// The option that names a catalogue in a folder, unit.xml or another file.
+std::string From(const TemporaryFolder& folder, const char* name = "")
+{
+    return " --catalogue '" + folder.NarrowPath(name) + '\'';
+}
+
 TEST(TuvoCatalogue, IsTakenFromWhereTheUserSays)
 {
     const TemporaryFolder folder;
@@ -321,17 +272,10 @@ TEST(TuvoCatalogue, IsTakenFromWhereTheUserSays)
     // On Linux a name is any bytes.
     const char* const draft = OnWindows() ? "draft.xml" : "entw\xC3\xBCrfe\xFF.xml";
     folder.Write(draft, CatalogueWith(R"(<DATA_TYPE ID="2" NAME="Span" NUM_L="1"/>)"));
-    const Arguments span = {"convert", "2", "--type", "Span", "--from", "SI", "--to", "mm,kg,sec", "--catalogue"};
-    const auto with = [](Arguments arguments, const std::string& last) {
-        arguments.push_back(last);
-        return arguments;
-    };
-    EXPECT_EQ(Tuvo(with(span, folder.NarrowPath(draft))).output, "2 m = 2000 mm\n");
-    EXPECT_TRUE(Contains(Tuvo(with(span, folder.NarrowPath())).errors, "there is no data type \"Span\""));
-
-    Arguments fromVariable(span.begin(), span.end() - 1);
-    const ChildVariables variables = {{L"TUVO_CATALOGUE", folder.Path(draft)}};
-    EXPECT_EQ(Tuvo(fromVariable, {}, variables).output, "2 m = 2000 mm\n");
+    const std::string span = "convert 2 --type Span --from SI --to mm,kg,sec";
+    EXPECT_EQ(Tuvo(span + From(folder, draft)).output, "2 m = 2000 mm\n");
+    EXPECT_TRUE(Contains(Tuvo(span + From(folder)).errors, "there is no data type \"Span\""));
+    EXPECT_EQ(Tuvo(span, {}, {{L"TUVO_CATALOGUE", folder.Path(draft)}}).output, "2 m = 2000 mm\n");
 }
 
 TEST(TuvoCatalogue, IsReportedWhenItCannotBeRead)
@@ -343,108 +287,77 @@ TEST(TuvoCatalogue, IsReportedWhenItCannotBeRead)
     folder.Write("cut.xml", whole.substr(0, whole.size() / 2));
     folder.Write("empty.xml", "");
     folder.Write("other.xml", "<page><body/></page>");
-    const char* const device = OnWindows() ? "no such device" : "/dev/null";
-    const Wrong rows[] = {
-        {{device}, 1, OnWindows() ? "cannot open file: " : "it is not a regular file"},
-        {{folder.NarrowPath()}, 1, "unit.xml: cannot open file: "},
-        {{folder.NarrowPath("inner")}, 1, "unit.xml: cannot open file: "},
-        {{folder.NarrowPath("cut.xml")}, 1, " at offset "},
-        {{folder.NarrowPath("empty.xml")}, 1, "empty.xml: no root element"},
-        {{folder.NarrowPath("other.xml")}, 1, "other.xml is not a unit catalogue"},
+    const std::pair<std::string, const char*> rows[] = {
+        {From(folder), "unit.xml: cannot open file: "},
+        {From(folder, "inner"), "unit.xml: cannot open file: "},
+        {From(folder, "cut.xml"), "cut.xml: "},
+        {From(folder, "empty.xml"), "empty.xml: no root element"},
+        {From(folder, "other.xml"), "other.xml is not a unit catalogue"},
+        {" --catalogue /dev/null", OnWindows() ? "cannot read" : "/dev/null: it is not a regular file"},
     };
-    for (const Wrong& row : rows)
-        for (const Arguments& command : {Arguments{"convert", "1", "--type", "Ratio"}, Arguments{"units"}}) {
-            Arguments arguments = command;
-            arguments.insert(arguments.end(), {"--catalogue", row.arguments.front()});
-            const ChildResult run = Tuvo(arguments);
-            EXPECT_TRUE(Contains(run.errors, row.message)) << Text(arguments) << '\n' << run.errors;
-            EXPECT_TRUE(Contains(run.errors, row.arguments.front())) << run.errors;
+    for (const auto& [from, message] : rows)
+        for (const char* const command : {"convert 1 --type Ratio", "units"}) {
+            const ChildResult run = Tuvo(command + from);
+            EXPECT_TRUE(Contains(run.errors, message)) << command << from << '\n' << run.errors;
             EXPECT_EQ(run.exitCode, 1);
             EXPECT_EQ(run.output, "");
         }
 }
 
-TEST(TuvoCatalogue, NeverConvertsWithAnotherSystemThanTheOneNamed)
+TEST(TuvoCatalogue, NeverGivesTheResultOfAnotherConversion)
 {
     // The system of mm, kg, sec, kelvin is made at run time. Its id would be 1, the number of systems without it and the
     // unitless one counted, which a system of the file has already.
     const TemporaryFolder folder;
     folder.Write("unit.xml", CatalogueWith("", "2"));
-    const ChildResult run = Tuvo({"convert", "1", "--type", "Length", "--from", "SI", "--to", "mm,kg,sec,kelvin",
-                                  "--catalogue", folder.NarrowPath()});
-    EXPECT_EQ(run.output, "");
-    EXPECT_TRUE(Contains(run.errors, "numbers its unit systems so that none can be added")) << run.errors;
-}
-
-TEST(TuvoCatalogue, WithAFactorOfZeroGivesNoNumbers)
-{
-    const TemporaryFolder folder;
-    folder.Write("unit.xml", CatalogueWith(R"(
+    folder.Write("zero.xml", CatalogueWith(R"(
 <BASE_TYPE TYPE="LENGTH"><BASE_UNIT ID="9" NAME="Nothing" ABBR="no" CONV_VAL="0"/></BASE_TYPE>)"));
-    for (const auto& [argument, message] : {std::pair{"1", "value 1: \"1\" has no finite result"},
-                                            std::pair{"--factor", "the conversion has no finite factor"}}) {
-        const ChildResult run = Tuvo({"convert", argument, "--type", "Length", "--from", "no,kg,sec", "--to", "SI",
-                                      "--catalogue", folder.NarrowPath()});
-        EXPECT_EQ(run.output, "");
-        EXPECT_EQ(run.errors, std::string("tuvo: error: ") + message + '\n');
+    const std::pair<std::string, const char*> rows[] = {
+        {"1 --to mm,kg,sec --from SI" + From(folder), "numbers its unit systems so that none can be added"},
+        {"1 --to SI --from no,kg,sec" + From(folder, "zero.xml"), "value 1: \"1\" has no finite result\n"},
+        {"--factor --to SI --from no,kg,sec" + From(folder, "zero.xml"), "the conversion has no finite factor\n"},
+    };
+    for (const auto& [line, message] : rows) {
+        const ChildResult run = Tuvo("convert --type Length " + line);
+        EXPECT_TRUE(Contains(run.errors, message)) << line << '\n' << run.errors;
         EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.output, "");
     }
-}
-
-TEST(TuvoUnits, ChecksTheShippedCatalogue)
-{
-    const ChildResult run = Tuvo({"units", "--check"});
-    EXPECT_TRUE(Contains(run.output, "no problems")) << run.output;
-    EXPECT_EQ(run.exitCode, 0) << run.errors;
 }
 
 TEST(TuvoUnits, FindsWhatIsWrongInACatalogue)
 {
-    struct Row
-    {
-        const char* line;
-        const char* problem;
-    };
-    constexpr Row Rows[] = {
+    // What a catalogue gets added, with three elements in short.
+    const std::string unit = R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT NAME="A" )", unitEnd = "/></BASE_TYPE>";
+    const std::string system = R"(<UNIT_SYSTEM NAME="A" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5" )";
+    const std::string type = R"(<DATA_TYPE ID="2" NUM_M="0" NUM_T="0" NUM_H="0" )";
+    const std::pair<std::string, const char*> rows[] = {
         {R"(<BASE_TYPE TYPE="Length"/>)", R"(TYPE "Length" is not LENGTH, MASS, TIME, HEAT or CONSTANT)"},
-        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="1" NAME="Minute" ABBR="min" CONV_VAL="0.02"/></BASE_TYPE>)",
-         R"(BASE_UNIT "Minute": the id "1" is that of "Meter" too)"},
-        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="9" NAME="Month" ABBR="MM" CONV_VAL="4e-7"/></BASE_TYPE>)",
-         R"(BASE_UNIT "Month": the abbreviation "MM" is that of "Millimeter" too)"},
-        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="9" NAME="Hour" CONV_VAL="1/3600"/></BASE_TYPE>)",
-         R"(BASE_UNIT "Hour": CONV_VAL: "1/3600" is not a number: "/3600" follows it)"},
-        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="9" NAME="Hour" CONV_VAL="1"/></BASE_TYPE>)", "ABBR is missing"},
-        {R"(<BASE_TYPE TYPE="TIME"><BASE_UNIT ID="9" NAME="Hour" ABBR="h"/></BASE_TYPE>)", "CONV_VAL is missing"},
-        {R"(<UNIT_SYSTEM ID="0" NAME="A" LENGTH_UNIT="2" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>)",
-         R"(UNIT_SYSTEM "A": the id "0" is that of "SI" too)"},
-        {R"(<UNIT_SYSTEM ID="1" NAME="A" LENGTH_UNIT="7" MASS_UNIT="-1" TIME_UNIT="4" HEAT_UNIT="5"/>)",
-         R"(UNIT_SYSTEM "A": the length unit 7 does not exist)"},
-        {R"(<UNIT_SYSTEM ID="1" NAME="A" LENGTH_UNIT="3" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>)",
-         R"(UNIT_SYSTEM "A": the length unit "Kilogram" is a unit of mass)"},
-        {R"(<UNIT_SYSTEM ID="2" NAME="A" LENGTH_UNIT="2" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>)",
-         R"(UNIT_SYSTEM "A": the id 2 is not among 0 to 1)"},
-        {R"(<UNIT_SYSTEM NAME="A" LENGTH_UNIT="2" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>)",
-         R"(UNIT_SYSTEM "A": ID is missing: this system and all after it are not read)"},
-        {R"(<DATA_TYPE ID="2" NAME="LENGTH" NUM_L="1" NUM_M="0" NUM_T="0" NUM_H="0"/>)",
-         R"(DATA_TYPE "LENGTH": the name "LENGTH" is that of "Length" too)"},
-        {R"(<DATA_TYPE ID="2" NAME="Area" NUM_L="2.5" NUM_M="0" NUM_T="0" NUM_H="0"/>)",
-         R"(DATA_TYPE "Area": NUM_L: 2.5 is not a whole number)"},
-        {R"(<DATA_TYPE ID="2" NAME="Area" NUM_L="2" NUM_M="0" NUM_T="0" NUM_H="0" DISPLAY_UNIT_ID_NAME="0:m2;0;4:a"/>)",
-         R"(DATA_TYPE "Area": display unit "0" is not of the form ID:UNIT)"},
-        {R"(<DATA_TYPE ID="2" NAME="Area" NUM_L="2" NUM_M="0" NUM_T="0" NUM_H="0" DISPLAY_UNIT_ID_NAME="0:m2;4:a"/>)",
-         R"(the display unit "a" for the unit system 4, which does not exist)"},
-        {R"(<DATA_TYPE ID="2" NAME="Share" NUM_L="0" NUM_M="0" NUM_T="0" NUM_H="0" CONST_ID="77"/>)",
-         R"(DATA_TYPE "Share": the constant 77 does not exist)"},
+        {unit + R"(ID="1" ABBR="a" CONV_VAL="1")" + unitEnd, R"(BASE_UNIT "A": the id "1" is that of "Meter" too)"},
+        {unit + R"(ID="9" ABBR="MM" CONV_VAL="1")" + unitEnd, R"(the abbreviation "MM" is that of "Millimeter" too)"},
+        {unit + R"(ID="9" ABBR="a" CONV_VAL="1/3")" + unitEnd, R"("A": CONV_VAL: "1/3" is not a number: "/3" follows)"},
+        {unit + R"(ID="9" CONV_VAL="1")" + unitEnd, "ABBR is missing"},
+        {unit + R"(ID="9" ABBR="a")" + unitEnd, "CONV_VAL is missing"},
+        {system + R"(ID="0" LENGTH_UNIT="2"/>)", R"(UNIT_SYSTEM "A": the id "0" is that of "SI" too)"},
+        {system + R"(ID="1" LENGTH_UNIT="7"/>)", R"(UNIT_SYSTEM "A": the length unit 7 does not exist)"},
+        {system + R"(ID="1" LENGTH_UNIT="3"/>)", R"(UNIT_SYSTEM "A": the length unit "Kilogram" is a unit of mass)"},
+        {system + R"(ID="2" LENGTH_UNIT="2"/>)", R"(UNIT_SYSTEM "A": the id 2 is not among 0 to 1)"},
+        {system + R"(LENGTH_UNIT="2"/>)", R"("A": ID is missing: this system and all after it are not read)"},
+        {type + R"(NAME="LENGTH" NUM_L="1"/>)", R"(the name "LENGTH" is that of "Length" too)"},
+        {type + R"(NAME="A" NUM_L="2.5"/>)", R"(DATA_TYPE "A": NUM_L: 2.5 is not a whole number)"},
+        {type + R"(NAME="A" NUM_L="2" DISPLAY_UNIT_ID_NAME="0:m2;0;4:a"/>)", R"("0" is not of the form ID:UNIT)"},
+        {type + R"(NAME="A" NUM_L="2" DISPLAY_UNIT_ID_NAME="4:a"/>)", "the unit system 4, which does not exist"},
+        {type + R"(NAME="A" NUM_L="0" CONST_ID="77"/>)", R"(DATA_TYPE "A": the constant 77 does not exist)"},
     };
     const TemporaryFolder folder;
-    for (const Row& row : Rows) {
-        folder.Write("unit.xml", CatalogueWith(row.line));
-        const ChildResult run = Tuvo({"units", "--check", "--catalogue", folder.NarrowPath()});
-        EXPECT_TRUE(Contains(run.output, row.problem)) << row.line << '\n' << run.output << run.errors;
-        EXPECT_EQ(run.exitCode, 1) << row.line;
+    for (const auto& [line, problem] : rows) {
+        folder.Write("unit.xml", CatalogueWith(line));
+        const ChildResult run = Tuvo("units --check" + From(folder));
+        EXPECT_TRUE(Contains(run.output, problem)) << line << '\n' << run.output << run.errors;
+        EXPECT_EQ(run.exitCode, 1) << line;
     }
     folder.Write("unit.xml", CatalogueWith(""));
-    EXPECT_EQ(Tuvo({"units", "--check", "--catalogue", folder.NarrowPath()}).exitCode, 0);
+    EXPECT_EQ(Tuvo("units --check" + From(folder)).exitCode, 0);
 }
 
 TEST(TuvoUnits, TriesEveryTypeBetweenAllPairsOfSystems)
@@ -455,8 +368,7 @@ TEST(TuvoUnits, TriesEveryTypeBetweenAllPairsOfSystems)
 <BASE_TYPE TYPE="LENGTH"><BASE_UNIT ID="9" NAME="Huge" ABBR="huge" CONV_VAL="1e-200"/></BASE_TYPE>
 <UNIT_SYSTEM ID="1" NAME="H" LENGTH_UNIT="9" MASS_UNIT="3" TIME_UNIT="4" HEAT_UNIT="5"/>
 <DATA_TYPE ID="2" NAME="Inertia" NUM_L="4" NUM_M="0" NUM_T="0" NUM_H="0"/>)"));
-    const ChildResult run = Tuvo({"units", "--check", "--catalogue", folder.NarrowPath()});
-    EXPECT_EQ(run.output,
+    EXPECT_EQ(Tuvo("units --check" + From(folder)).output,
               "DATA_TYPE \"Inertia\": a value does not come back from \"SI\" to \"H\" and back\n"
               "DATA_TYPE \"Inertia\": a value does not come back from \"H\" to \"SI\" and back\n");
 }
@@ -467,27 +379,24 @@ TEST(TuvoUnits, ListsWhatTheCatalogueHolds)
     folder.Write("unit.xml", CatalogueWith(R"(
 <UNIT_SYSTEM ID="1" NAME="None" LENGTH_UNIT="-1" MASS_UNIT="-1" TIME_UNIT="-1" HEAT_UNIT="-1"/>
 <DATA_TYPE ID="2" NAME="Force" NUM_L="1" NUM_M="1" NUM_T="-2" NUM_H="0" ZAMVIEW_NAME="F" DISPLAY_UNIT_ID_NAME="0:N"/>)"));
-    const auto units = [&](Arguments arguments) {
-        arguments.insert(arguments.begin(), {"units", "--catalogue", folder.NarrowPath()});
-        return Tuvo(arguments).output;
-    };
-    EXPECT_TRUE(Contains(units({}), "Base units    5  length 2, mass 1, time 1, heat 1, constant 0\n"));
-    EXPECT_EQ(units({"--systems"}),
+    const auto units = [&](const char* options) { return Tuvo("units" + From(folder) + options).output; };
+    EXPECT_TRUE(Contains(units(""), "Base units    5  length 2, mass 1, time 1, heat 1, constant 0\n"));
+    EXPECT_EQ(units(" --systems"),
               "id  display name  name  length  mass  time  heat\n"
               " 0                SI    m       kg    sec   kelvin\n"
               " 1                None  -       -     -     -\n");
-    EXPECT_EQ(units({"--units"}),
+    EXPECT_EQ(units(" --units"),
               "kind    id  unit    name        per reference unit  offset\n"
               "length   1  m       Meter       1\n"
               "length   2  mm      Millimeter  1000\n"
               "mass     3  kg      Kilogram    1\n"
               "time     4  sec     Second      1\n"
               "heat     5  kelvin  Kelvin      1\n");
-    EXPECT_EQ(units({"--type"}),
+    EXPECT_EQ(units(" --type"),
               "id  data type  dimension  SI unit  viewer name\n"
               " 1  Length     L          m\n"
               " 2  Force      L M T^-2   N        F\n");
-    EXPECT_EQ(units({"--type", "force"}),
+    EXPECT_EQ(units(" --type force"),
               "Data type    Force\n"
               "Id           2\n"
               "Dimension    L M T^-2\n"
@@ -501,7 +410,7 @@ TEST(TuvoUnits, ListsWhatTheCatalogueHolds)
 
 TEST(TuvoInfo, TellsHowTheLibraryIsSetUp)
 {
-    const ChildResult run = Tuvo({"info"}, {}, {{L"DISABLE_VX_HEAP", std::nullopt}});
+    const ChildResult run = Tuvo("info", {}, {{L"DISABLE_VX_HEAP", std::nullopt}});
     for (const char* const part : {"Program ", "Library ", "Processors ", "Memory mode       2, leak checking off\n",
                                    "Block heap        on\n", "Temporary folder ", "Unit catalogue ", "unit.xml\n"})
         EXPECT_TRUE(Contains(run.output, part)) << part << '\n' << run.output;
@@ -509,7 +418,7 @@ TEST(TuvoInfo, TellsHowTheLibraryIsSetUp)
 
     const ChildVariables switches = {
         {L"DISABLE_VX_HEAP", L"1"}, {L"BU_LOG_LEVEL", L"2"}, {L"TUVO_CATALOGUE", L"nowhere.xml"}};
-    const ChildResult changed = Tuvo({"info"}, {}, switches);
+    const ChildResult changed = Tuvo("info", {}, switches);
     for (const char* const part :
          {"Block heap        off, switched off by DISABLE_VX_HEAP\n", "Log               from level 2 on\n",
           "DISABLE_VX_HEAP=1\n", "cannot read the unit catalogue nowhere.xml"})
