@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -66,61 +67,70 @@ TEST_IN_CHILD(UnitConversion, GivesFactorsAndOffsets)
     EXPECT_EQ(factors({999, 2}, {2, 999}), (std::vector{1.0, 0.0, 1.0, 0.0}));
 }
 
-TEST_IN_CHILD(UnitSubModels, ScaleByExponentsAndMultiplier)
+TEST_IN_CHILD(UnitSubModels, ScaleByExponentsAndMultiplierButTemperaturesByTheirCode)
 {
     LoadCatalogue();
     EXPECT_EQ(Convert(0, 4, -1, -1, 100), 100.0) << "no scales at start";
-    VUnitUtlSetScaleFatorForSubModelUnitConversion(2, 3, 5, 5);
-    EXPECT_EQ(Convert(0, 4, -1, -1, 100), 24.0);
-    EXPECT_EQ(Convert(0, 2, -1, -1, 10), 80.0) << "the last type with this id counts";
-    EXPECT_EQ(Convert(0, 1, -1, -1, 50), 5000.0);
-    EXPECT_EQ(Convert(0, 999, -1, -1, 50), 50.0);
-    EXPECT_EQ(Convert(0, 7, -1, -1, 300), 300.0) << "only the first power of heat is a temperature";
-    EXPECT_EQ(Convert(0, 10, -1, -1, 125), 6.0);
-}
-
-TEST_IN_CHILD(UnitSubModels, ConvertTemperaturesByTheirCode)
-{
-    LoadCatalogue();
     const struct
     {
-        int code;
+        int type, code;
         double value, expected;
-    } rows[] = {{1, 212, 100},  {2, 100, 212},   {3, 32, 273.15}, {4, 273.15, 32},
-                {5, 273.15, 0}, {6, -273.15, 0}, {0, 300, 300},   {7, 300, 300}};
-    for (const auto& [code, value, expected] : rows) {
+    } rows[] = {
+        {4, 5, 100, 24},    {10, 5, 125, 6},  {1, 5, 50, 5000},   {999, 5, 50, 50},   {2, 5, 10, 80},  // the last 2
+        {5, 1, 212, 100},   {5, 2, 100, 212}, {5, 3, 32, 273.15}, {5, 4, 273.15, 32}, {5, 5, 273.15, 0},
+        {5, 6, -273.15, 0}, {5, 0, 300, 300}, {5, 7, 300, 300},   {7, 5, 300, 300},  // heat to the power 2
+    };
+    for (const auto& [type, code, value, expected] : rows) {
         VUnitUtlSetScaleFatorForSubModelUnitConversion(2, 3, 5, code);
-        EXPECT_NEAR(Convert(0, 5, -1, -1, value), expected, 1e-11) << "code " << code;
+        EXPECT_NEAR(Convert(0, type, -1, -1, value), expected, 1e-11) << type << ", code " << code;
     }
 }
 
 // ---- The fixed length table ----------------------------------------------------------------------------------------
 
-TEST(UnitLengthTable, ConvertsBetweenRows)
+// Stored models depend on the factors, the unphysical ones of rows 9 and 10 included.
+TEST(UnitLengthTable, HoldsItsRowsAndItsShortEntries)
 {
+    const struct
+    {
+        double inches;
+        const char *abbreviation, *name;  // of the short table
+    } rows[] = {
+        {0.03937007874015748, "MM", "Millimeter"},
+        {39.370078740157474, "M", "Meter"},
+        {0.39370078740157477, "CM", "Centimeter"},
+        {12.0, "FT", "Feet"},
+        {1.0, "IN", "Inch"},
+        {39370.07874015748, "KM", "Kilometer"},
+        {0.001, "MIL", "Mile"},
+        {63360.00000000001, "MIC", "Micron"},
+        {39370078.74015748, "UM", nullptr},
+        {1e-07, "UIN", nullptr},
+    };
+    char text[256] = "before";
+    int row = 0, id = 0;
     double factor = -7.0;
     EXPECT_EQ(VUnitUtlGetUnitConvFactor(0, 5, factor), 1);
     EXPECT_EQ(VUnitUtlGetUnitConvFactor(11, 5, factor), 1);
+    EXPECT_EQ(VUnitUtlGetUnitStrFromId(0, text), -1);
     EXPECT_EQ(factor, -7.0);
+    EXPECT_STREQ(text, "before");
+    for (const auto& [inches, abbreviation, name] : rows) {
+        EXPECT_EQ(VUnitUtlGetUnitConvFactor(++row, 5, factor), 0);
+        EXPECT_EQ(factor, inches) << row;
+        EXPECT_EQ(VUnitUtlGetUnitConvFactor(4, row, factor), 0);
+        EXPECT_EQ(factor, 12.0 / inches) << row;
+        const int result = name != nullptr ? 0 : -1;
+        EXPECT_EQ(VUnitUtlGetUnitIdFromStr(abbreviation, &id), result);
+        EXPECT_EQ(id, std::min(row, 8));
+        EXPECT_EQ(VUnitUtlGetUnitStrFromId(row, text), result);
+        EXPECT_STREQ(text, result == 0 ? abbreviation : "Micron");
+        EXPECT_EQ(VUnitUtlGetFullUnitNameFromId(row, text), result);
+        EXPECT_STREQ(text, result == 0 ? name : "Micron");
+    }
+    EXPECT_EQ(VUnitUtlGetUnitIdFromStr("mm", &id), -1);
     EXPECT_EQ(VUnitUtlGetUnitConvFactor(5, 11, factor), 0);
     EXPECT_EQ(factor, 0.0);
-    // Stored models depend on these factors, the unphysical ones of rows 9 and 10 included.
-    constexpr double inches[] = {0.03937007874015748,
-                                 39.370078740157474,
-                                 0.39370078740157477,
-                                 12.0,
-                                 1.0,
-                                 39370.07874015748,
-                                 0.001,
-                                 63360.00000000001,
-                                 39370078.74015748,
-                                 1e-07};
-    for (int row = 1; row <= 10; ++row) {
-        EXPECT_EQ(VUnitUtlGetUnitConvFactor(row, 5, factor), 0);
-        EXPECT_EQ(factor, inches[row - 1]) << row;
-        EXPECT_EQ(VUnitUtlGetUnitConvFactor(4, row, factor), 0);
-        EXPECT_EQ(factor, 12.0 / inches[row - 1]) << row;
-    }
 }
 
 TEST(UnitLengthTable, TakesTheLastRowWithAName)
@@ -141,30 +151,6 @@ TEST(UnitLengthTable, TakesTheLastRowWithAName)
         EXPECT_EQ(factor, expected) << name;
         EXPECT_EQ(VUnitUtlGetUnitConversionFactor("IN", name, factor), row == 0 ? -8 : 0) << name;
     }
-}
-
-TEST(UnitLengthTable, NamesItsEightShortEntries)
-{
-    const char* const names[][2] = {{"MM", "Millimeter"}, {"M", "Meter"},      {"CM", "Centimeter"}, {"FT", "Feet"},
-                                    {"IN", "Inch"},       {"KM", "Kilometer"}, {"MIL", "Mile"},      {"MIC", "Micron"}};
-    char text[256];
-    int id = 0;
-    for (int i = 1; i <= 8; ++i) {
-        EXPECT_EQ(VUnitUtlGetUnitIdFromStr(names[i - 1][0], &id), 0);
-        EXPECT_EQ(id, i);
-        EXPECT_EQ(VUnitUtlGetUnitStrFromId(i, text), 0);
-        EXPECT_STREQ(text, names[i - 1][0]);
-        EXPECT_EQ(VUnitUtlGetFullUnitNameFromId(i, text), 0);
-        EXPECT_STREQ(text, names[i - 1][1]);
-    }
-    for (const char* const unknown : {"mm", "MI", "UM", ""})
-        EXPECT_EQ(VUnitUtlGetUnitIdFromStr(unknown, &id), -1) << unknown;
-    EXPECT_EQ(id, 8);
-    for (const int unknown : {0, 9, -1}) {
-        EXPECT_EQ(VUnitUtlGetUnitStrFromId(unknown, text), -1);
-        EXPECT_EQ(VUnitUtlGetFullUnitNameFromId(unknown, text), -1);
-    }
-    EXPECT_STREQ(text, "Micron");
 }
 
 }  // namespace

@@ -32,14 +32,11 @@ TEST_IN_CHILD(UnitLoading, IsDoneOnceAndKeepsTheDirectory)
     folder.Write("unit.xml", TestCatalogue);
     std::string directory = folder.NarrowPath();
     directory.pop_back();
-    VUnitUtlMain(directory.c_str());
-    EXPECT_STREQ(VUnitUtlGetPath(), directory.c_str());
-    EXPECT_EQ(SystemCount(), 6);
-
-    VUnitUtlMain("elsewhere");
-    EXPECT_STREQ(VUnitUtlGetPath(), directory.c_str());
-    EXPECT_EQ(SystemCount(), 6);
-    EXPECT_EQ(VUnitUtlGetCurrentSystem(), 0);
+    for (const std::string& given : {directory, std::string("elsewhere")}) {
+        VUnitUtlMain(given.c_str());
+        EXPECT_EQ(VUnitUtlGetPath(), directory);
+        EXPECT_EQ(SystemCount(), 6);
+    }
 }
 
 TEST_IN_CHILD(UnitLoading, LeavesAnEmptyCatalogueWithoutAFile)
@@ -49,15 +46,14 @@ TEST_IN_CHILD(UnitLoading, LeavesAnEmptyCatalogueWithoutAFile)
     ASSERT_EQ(VUnitUtlGetUnitSystems(&systems), 1);  // the one without units, appended
     EXPECT_STREQ(systems[0].name, "NewSystem1");
     EXPECT_EQ(systems[0].id, 0);
-    EXPECT_EQ(VUnitUtlGetBaseIdFromName("m"), -1);
     EXPECT_STREQ(VUnitUtlGetPath(), "no such directory");
 }
 
 TEST_IN_CHILD(UnitLoading, ComesTooLateAfterAQuery)
 {
-    EXPECT_EQ(VUnitUtlGetDataTypeId("Length"), -1);
+    EXPECT_EQ(VUnitUtlGetBaseIdFromName("m"), -1);
     LoadCatalogue();
-    EXPECT_EQ(VUnitUtlGetDataTypeId("Length"), -1);
+    EXPECT_EQ(VUnitUtlGetBaseIdFromName("m"), -1);
     EXPECT_EQ(SystemCount(), 0);
     EXPECT_EQ(VUnitUtlGetPath(), nullptr);
 }
@@ -153,38 +149,33 @@ TEST_IN_CHILD(UnitBases, AreFoundByConversionFactorWithinATolerance)
 TEST_IN_CHILD(UnitSystems, AreFoundByTheirUnitsOrAppended)
 {
     LoadCatalogue();
-    EXPECT_EQ(VUnitUtlGetUnitSystemId("M", "KG", "SEC", "KELVIN"), 1);
+    const struct
+    {
+        const char *length, *mass, *time, *heat;
+        int expected;
+    } rows[] = {
+        {"M", "KG", "SEC", "KELVIN", 1},  {"mm", "ton", "sec", "centigrade", 2},     {"?", "", "no", nullptr, 0},
+        {"mm", "kg", "sec", "kelvin", 6}, {"mm", "?", "sec", "kelvin", 7},  // appended
+        {"MM", "Kg", "sec", "kelvin", 6}, {"in", "kg", "millisec", "fahrenheit", 3},
+    };
+    EXPECT_EQ(VUnitUtlGetCurrentSystem(), 0);
+    for (const auto& [length, mass, time, heat, expected] : rows) {
+        EXPECT_EQ(VUnitUtlGetUnitSystemId(length, mass, time, heat), expected);
+        EXPECT_EQ(VUnitUtlSetCurrentSystem(length, mass, time, heat), expected);
+        EXPECT_EQ(VUnitUtlGetCurrentSystem(), expected);
+    }
     EXPECT_EQ(VUnitUtlGetBaseUnitSystemId(), 1);
-    EXPECT_EQ(VUnitUtlGetUnitSystemId("mm", "ton", "sec", "centigrade"), 2);
-    EXPECT_EQ(VUnitUtlGetUnitSystemId("?", "", "no", nullptr), 0) << "four unknown units are the system of none";
-    EXPECT_EQ(SystemCount(), 6);
+    EXPECT_EQ(VUnitUtlGetUnitSystemIdGivenSolverUnits("MM", "TON", "S", "celsius"), 2);
+    EXPECT_EQ(VUnitUtlGetUnitSystemIdGivenSolverUnits("inch", "KG", "ms", "FAHR"), 3);
+    EXPECT_EQ(VUnitUtlGetUnitSystemIdGivenSolverUnits(nullptr, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(VUnitUtlSetCurrentSystem("in", "ton", "sec", "kelvin"), 8);
 
-    EXPECT_EQ(VUnitUtlGetUnitSystemId("mm", "kg", "sec", "kelvin"), 6);
-    EXPECT_EQ(VUnitUtlGetUnitSystemId("mm", "?", "sec", "kelvin"), 7);
-    EXPECT_EQ(VUnitUtlGetUnitSystemId("MM", "Kg", "sec", "kelvin"), 6);
     _UnitSystemStr* systems = nullptr;
-    ASSERT_EQ(VUnitUtlGetUnitSystems(&systems), 8);
+    ASSERT_EQ(VUnitUtlGetUnitSystems(&systems), 9);
     EXPECT_STREQ(systems[6].name, "NewSystem7");
     EXPECT_STREQ(systems[6].displayName, "NewSystem7");
     EXPECT_EQ(systems[6].lengthUnit, 2);
     EXPECT_EQ(systems[7].massUnit, -1);
-}
-
-TEST_IN_CHILD(UnitSystems, AreFoundByTheSolversNames)
-{
-    LoadCatalogue();
-    EXPECT_EQ(VUnitUtlGetUnitSystemIdGivenSolverUnits("MM", "TON", "S", "celsius"), 2);
-    EXPECT_EQ(VUnitUtlGetUnitSystemIdGivenSolverUnits("inch", "KG", "ms", "FAHR"), 3);
-    EXPECT_EQ(VUnitUtlGetUnitSystemIdGivenSolverUnits(nullptr, nullptr, nullptr, nullptr), 0);
-}
-
-TEST_IN_CHILD(UnitSystems, TheCurrentOneStaysSet)
-{
-    LoadCatalogue();
-    EXPECT_EQ(VUnitUtlSetCurrentSystem("in", "kg", "millisec", "fahrenheit"), 3);
-    EXPECT_EQ(VUnitUtlGetCurrentSystem(), 3);
-    EXPECT_EQ(VUnitUtlSetCurrentSystem("in", "ton", "sec", "kelvin"), 6);
-    EXPECT_EQ(VUnitUtlGetCurrentSystem(), 6);
 }
 
 TEST_IN_CHILD(UnitSystems, AreDescribedByNamesAndAbbreviations)

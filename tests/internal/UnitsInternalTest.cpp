@@ -1,26 +1,27 @@
 // What the records hold after a file was read, and conversion against a plain implementation of its steps.
 
+#include <TuvoUtil/Memory.h>
 #include <TuvoUtil/Units.h>
 
 #include "VUnit/Catalogue.h"
-#include "VUnit/FieldWalker.h"
 
 #include "platform/Platform.h"
 #include "support/TestFiles.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
 #include <cmath>
-#include <cstdio>
+#include <cstdint>
+#include <cstdlib>
 #include <limits>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
 namespace {
-
-using Strings = std::vector<std::string>;
 
 class UnitRecords : public testing::Test
 {
@@ -37,27 +38,6 @@ protected:
 
     TemporaryFolder m_folder;
 };
-
-// ---- Fields --------------------------------------------------------------------------------------------------------
-
-TEST(FieldWalker, FollowsTheRulesOfTheSplitter)
-{
-    const struct
-    {
-        const char* text;
-        Strings fields;
-    } rows[] = {
-        {"a;b", {"a", "b"}}, {"a;;b;", {"a", "b"}}, {";a;b", {" ", "a", "b"}}, {";;a;b", {" ", ";a", "b"}},
-        {"", {""}},          {";", {" ", ""}},      {";;", {" ", ";"}},        {";;;a;;", {" ", ";;a"}},
-    };
-    for (const auto& [text, expected] : rows) {
-        Strings fields;
-        FieldWalker walker(text, ';');
-        for (std::string_view field; walker.Next(field);)
-            fields.emplace_back(field);
-        EXPECT_EQ(fields, expected) << text;
-    }
-}
 
 // ---- Records -------------------------------------------------------------------------------------------------------
 
@@ -130,9 +110,12 @@ TEST_F(UnitRecords, ReadsDisplayUnitsAsListed)
         {"1:m;rest;3:in", {{1, "m"}, {0, ""}, {3, "in"}}},
         {"7:;7:m:x;:m;-8::k;9:s:", {{0, ""}, {0, ""}, {0, "m"}, {-8, "k"}, {9, "s"}}},
         {"  1:m;\n\t 2 :mm; x", {{1, "m"}, {2, "mm"}, {0, ""}}},
+        {"1:m;;2:mm;;", {{1, "m"}, {2, "mm"}}},
         {";1:m", {{0, ""}, {1, "m"}}},
         {";;1:m", {{0, ""}, {0, "m"}}},  // the second divider is part of the entry: ";1" is no number
         {"", {{0, ""}}},
+        {";", {{0, ""}, {0, ""}}},
+        {":", {{0, ""}}},
     };
     for (const auto& [text, expected] : rows) {
         ASSERT_EQ(Load(std::string("<U><DATA_TYPE DISPLAY_UNIT_ID_NAME='") + text + "'/></U>"), 1);
@@ -190,163 +173,129 @@ TEST_F(UnitRecords, StaysFastWithManyRecordsOfOneKey)
 
 // ---- Conversion ----------------------------------------------------------------------------------------------------
 
-struct PlainUnit
+// The documented steps of a conversion, one after the other, on the records in their order.
+
+struct PlainScale
 {
-    int id;
-    double factor, offset;
+    double factor = 1.0, offset = 0.0;
 };
-struct PlainSystem
-{
-    int id;
-    int units[4];
-};
+using PlainSystem = std::array<PlainScale, 4>;
+
 struct PlainType
 {
     int id;
-    int exponents[4];
-    bool hasMultiplier;
+    std::array<int, 4> exponents;
     double multiplier;
+    bool IsTemperature() const
+    {
+        return exponents[0] == 0 && exponents[1] == 0 && exponents[2] == 0 && exponents[3] >= 1;
+    }
 };
 
-// The documented steps of a conversion, one after the other, on records in their order.
-struct PlainCatalogue
+PlainScale ScaleOf(int unitId)
 {
-    std::vector<PlainUnit> units;
-    std::vector<PlainSystem> systems;
-    std::vector<PlainType> types;
+    const VUnit& all = catalogue::Get();
+    for (int i = 0; i < all.m_baseUnitCount; ++i)
+        if (all.m_baseUnits[i].id == unitId)
+            return {all.m_baseUnits[i].conversionValue, all.m_baseUnits[i].additiveValue};
+    return {};
+}
 
-    PlainUnit Unit(int id) const
-    {
-        for (const PlainUnit& unit : units)
-            if (unit.id == id)
-                return unit;
-        return {id, 1.0, 0.0};
-    }
+std::optional<PlainSystem> SystemOf(int id)
+{
+    const VUnit& all = catalogue::Get();
+    for (const _UnitSystemStr* system = all.m_systems; system != all.m_systems + all.m_systemCount; ++system)
+        if (system->id == id)
+            return PlainSystem{ScaleOf(system->lengthUnit), ScaleOf(system->massUnit), ScaleOf(system->timeUnit),
+                               ScaleOf(system->heatUnit)};
+    return std::nullopt;
+}
 
-    const PlainSystem* System(int id) const
-    {
-        for (const PlainSystem& system : systems)
-            if (system.id == id)
-                return &system;
-        return nullptr;
-    }
+PlainType TypeOf(int id)
+{
+    const VUnit& all = catalogue::Get();
+    for (const _UnitDataTypeStr* type = all.m_dataTypes; type != all.m_dataTypes + all.m_dataTypeCount; ++type)
+        if (type->id == id && type->hasMultiplier != 0)
+            return {id, {}, type->multiplier};
+        else if (type->id == id)
+            return {id, {type->lengthExponent, type->massExponent, type->timeExponent, type->heatExponent}, 1.0};
+    return {id, {}, 1.0};
+}
 
-    PlainType Type(int id) const
-    {
-        for (PlainType type : types)
-            if (type.id == id) {
-                for (int& exponent : type.exponents)
-                    exponent = type.hasMultiplier ? 0 : exponent;
-                return type;
-            }
-        return {id, {0, 0, 0, 0}, false, 1.0};
-    }
+double PlainPower(double value, int exponent)
+{
+    double product = 1.0;
+    for (int i = 0; i < std::abs(exponent); ++i)
+        product = exponent > 0 ? product * value : product / value;
+    return product;
+}
 
-    static double Power(double value, int exponent)
-    {
-        double product = 1.0;
-        for (int i = 0; i < exponent; ++i)
-            product *= value;
-        for (int i = 0; i > exponent; --i)
-            product /= value;
-        return product;
-    }
+double PlainFactor(const PlainSystem& system, const PlainType& type)
+{
+    double factor = 1.0;
+    for (std::size_t i = 0; i < system.size(); ++i)
+        factor *= PlainPower(system[i].factor, type.exponents[i]);
+    return type.id == 49 ? std::sqrt(factor) : factor;
+}
 
-    double Factor(const PlainSystem& system, const PlainType& type) const
-    {
-        double factor = Power(Unit(system.units[0]).factor, type.exponents[0]);
-        for (int i = 1; i < 4; ++i)
-            factor *= Power(Unit(system.units[i]).factor, type.exponents[i]);
-        return factor;
-    }
+double PlainOffset(const PlainSystem& system, const PlainType& type)
+{
+    double offset = 0.0;
+    for (std::size_t i = 0; i < 3; ++i)
+        offset += type.exponents[i] != 0 ? system[i].offset : 0.0;
+    return offset;
+}
 
-    double Offset(const PlainSystem& system, const PlainType& type) const
-    {
-        double offset = 0.0;
-        for (int i = 0; i < 3; ++i)
-            if (type.exponents[i] != 0)
-                offset += Unit(system.units[i]).offset;
-        return offset;
-    }
-
-    static bool IsTemperature(const PlainType& type)
-    {
-        const int* const e = type.exponents;
-        return e[0] == 0 && e[1] == 0 && e[2] == 0 && e[3] >= 1;
-    }
-
-    double Convert(int fromType, int toType, int fromSystem, int toSystem, double value, double out) const
-    {
-        if (fromSystem == -1 && toSystem == -1) {  // a sub-model, with its scales as they are at start
-            out = value;
-            for (const PlainType& type : types)
-                if (type.id == toType)
-                    out = value * type.multiplier;
-            return out;
-        }
-        const PlainType a = Type(fromType), b = Type(toType);
-        if (const PlainSystem* const s = System(fromSystem)) {
-            double v = value;
-            if (IsTemperature(a))
-                v = (value / a.multiplier - Unit(s->units[3]).offset) * a.multiplier;
-            v = v / (a.id == 49 ? std::sqrt(Factor(*s, a)) : Factor(*s, a));
-            v = v / a.multiplier;
-            out = v - Offset(*s, a);
-        }
-        if (const PlainSystem* const d = System(toSystem)) {
-            const double g = b.id == 49 ? std::sqrt(Factor(*d, b)) : Factor(*d, b);
-            const double y = g * (out + Offset(*d, b));
-            out = IsTemperature(b) ? (y + Unit(d->units[3]).offset) * b.multiplier : y * b.multiplier;
-        }
+double PlainConvert(int fromType, int toType, int fromSystem, int toSystem, double value, double out)
+{
+    if (fromSystem == -1 && toSystem == -1) {  // a sub-model, with its scales as they are at start
+        const VUnit& all = catalogue::Get();
+        out = value;
+        for (int i = 0; i < all.m_dataTypeCount; ++i)
+            out = all.m_dataTypes[i].id == toType ? value * all.m_dataTypes[i].multiplier : out;
         return out;
     }
-};
+    const PlainType a = TypeOf(fromType), b = TypeOf(toType);
+    if (const auto s = SystemOf(fromSystem)) {
+        double v = value;
+        if (a.IsTemperature())
+            v = (value / a.multiplier - (*s)[3].offset) * a.multiplier;
+        v = v / PlainFactor(*s, a);
+        v = v / a.multiplier;
+        out = v - PlainOffset(*s, a);
+    }
+    if (const auto d = SystemOf(toSystem)) {
+        const double y = PlainFactor(*d, b) * (out + PlainOffset(*d, b));
+        out = b.IsTemperature() ? (y + (*d)[3].offset) * b.multiplier : y * b.multiplier;
+    }
+    return out;
+}
 
-// Small ids, so that some repeat and some are missing.
-PlainCatalogue RandomCatalogue(std::mt19937& random)
+constexpr int RandomIds[] = {0, 1, 2, 49, 300, -1, 8192, 2'000'000'000, 17, -2};  // of which the last two stay unknown
+
+// Small numbers of ids, so that some repeat and some are missing.
+void AppendRandomRecords(std::mt19937& random)
 {
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned int>(limit)); };
+    const auto emptyName = [] { return VBuStrDup("", "UnitsInternalTest", __LINE__); };
     const double factors[] = {1.0, 1000.0, 39.37007874015748, 0.001, 1.8, -3.0, 0.0, 1e200, 0.1};
     const double offsets[] = {0.0, -273.15, -459.67, 5.5};
     const double multipliers[] = {1.0, 100.0, 0.3, -7.0, 0.0};
-    const int ids[] = {0, 1, 2, 49, 300, -1, 8192, 2'000'000'000};
-    PlainCatalogue all;
     for (int i = 0; i < 12; ++i)
-        all.units.push_back({below(14), factors[below(9)], offsets[below(4)]});
+        *catalogue::AppendUnit() = {emptyName(), emptyName(), below(14), 0, factors[below(9)], offsets[below(4)]};
     for (int i = 0; i < 6; ++i)
-        all.systems.push_back({ids[below(8)], {below(14), below(14), below(14), below(14)}});
+        *catalogue::AppendSystem() = {"", "", RandomIds[below(8)], below(14), below(14), below(14), below(14)};
     for (int i = 0; i < 8; ++i) {
-        PlainType type = {ids[below(8)], {0, 0, 0, below(4) - 1}, below(3) == 0, 1.0};
+        _UnitDataTypeStr& type = *catalogue::AppendDataType();
+        type.name = emptyName();
+        type.id = RandomIds[below(8)];
+        type.heatExponent = below(4) - 1;
         if (below(3) != 0)
-            for (int& exponent : type.exponents)
-                exponent = below(9) - 4;
-        type.multiplier = type.hasMultiplier ? multipliers[below(5)] : 1.0;
-        all.types.push_back(type);
+            for (int* const e : {&type.lengthExponent, &type.massExponent, &type.timeExponent, &type.heatExponent})
+                *e = below(9) - 4;
+        type.hasMultiplier = below(3) == 0;
+        type.multiplier = type.hasMultiplier != 0 ? multipliers[below(5)] : 1.0;
     }
-    return all;
-}
-
-std::string Format(const char* format, auto... arguments)
-{
-    char text[400];
-    std::snprintf(text, sizeof text, format, arguments...);
-    return text;
-}
-
-std::string FileText(const PlainCatalogue& all)
-{
-    std::string text = "<U><BASE_TYPE TYPE='LENGTH'>";
-    for (const PlainUnit& u : all.units)
-        text += Format("<BASE_UNIT ID='%d' CONV_VAL='%.17g' ADD_VAL='%.17g'/>", u.id, u.factor, u.offset);
-    text += "</BASE_TYPE>";
-    for (const PlainSystem& s : all.systems)
-        text += Format("<UNIT_SYSTEM NAME='' ID='%d' LENGTH_UNIT='%d' MASS_UNIT='%d' TIME_UNIT='%d' HEAT_UNIT='%d'/>",
-                       s.id, s.units[0], s.units[1], s.units[2], s.units[3]);
-    for (const PlainType& t : all.types)
-        text += Format("<DATA_TYPE ID='%d' NUM_L='%d' NUM_M='%d' NUM_T='%d' NUM_H='%d' %s", t.id, t.exponents[0],
-                       t.exponents[1], t.exponents[2], t.exponents[3],
-                       t.hasMultiplier ? Format("MULTIPLIER='%.17g'/>", t.multiplier).c_str() : "/>");
-    return text + "</U>";
 }
 
 bool AreSame(double left, double right)
@@ -357,22 +306,21 @@ bool AreSame(double left, double right)
 
 TEST_F(UnitRecords, ConvertsBitByBitAsThePlainSteps)
 {
-    const int ids[] = {0, 1, 2, 49, 300, -1, 8192, 2'000'000'000, 17, -2};
     for (unsigned int seed = 0; seed < 60; ++seed) {
         std::mt19937 random(seed);
-        const PlainCatalogue plain = RandomCatalogue(random);
-        ASSERT_EQ(Load(FileText(plain)), 1);
+        catalogue::ResetForTests();
+        AppendRandomRecords(random);
         for (int n = 0; n < 3000; ++n) {
-            const int fromType = ids[random() % 10], toType = random() % 2 == 0 ? fromType : ids[random() % 10];
-            const int fromSystem = ids[random() % 10], toSystem = ids[random() % 10];
+            const int fromType = RandomIds[random() % 10],
+                      toType = random() % 2 == 0 ? fromType : RandomIds[random() % 10];
+            const int fromSystem = RandomIds[random() % 10], toSystem = RandomIds[random() % 10];
             const double value = static_cast<double>(random()) / 1e6 - 1000.0;
             double converted = 12.5;
             VUnitUtlConvertFromOneToAnother(fromType, toType, fromSystem, toSystem, value, &converted);
-            const double expected = plain.Convert(fromType, toType, fromSystem, toSystem, value, 12.5);
+            const double expected = PlainConvert(fromType, toType, fromSystem, toSystem, value, 12.5);
             ASSERT_TRUE(AreSame(converted, expected))
                 << "seed " << seed << ": " << value << " of " << fromType << " in " << fromSystem << " to " << toType
-                << " in " << toSystem << " gives " << converted << ", not " << expected << "\n"
-                << FileText(plain);
+                << " in " << toSystem << " gives " << converted << ", not " << expected;
         }
     }
 }
@@ -385,19 +333,17 @@ TEST_F(UnitRecords, TakesNoTimeForHugeExponents)
         const char* factor;
         int exponent;
         double expected;
-    } rows[] = {
-        {"1", 2'000'000'000, 1.0},
-        {"1000", 2'000'000'000, infinity},
-        {"0.001", -2'000'000'000, infinity},
-        {"1000", -2147483647 - 1, 0.0},
-        {"0", 2'000'000'000, 0.0},
-        {"-1", 2'000'000'001, -1.0},
-        {"-1", -2'000'000'000, 1.0},
-        {"-1000", 1'999'999'999, -infinity},
-        {"-0.001", 2'000'000'001, -0.0},
-        {"1.000000001", 2'000'000'000, std::exp(2'000'000'000 * std::log1p(1e-9))},
-        {"1.000000001", -1'999'999'999, std::exp(-1'999'999'999 * std::log1p(1e-9))},
-    };
+    } rows[] = {{"1", 2'000'000'000, 1.0},
+                {"1000", 2'000'000'000, infinity},
+                {"0.001", -2'000'000'000, infinity},
+                {"1000", -2147483647 - 1, 0.0},
+                {"0", 2'000'000'000, 0.0},
+                {"-1", 2'000'000'001, -1.0},
+                {"-1", -2'000'000'000, 1.0},
+                {"-1000", 1'999'999'999, -infinity},
+                {"-0.001", 2'000'000'001, -0.0},
+                {"1.000000001", 2'000'000'000, std::exp(2'000'000'000 * std::log1p(1e-9))},
+                {"1.000000001", -1'999'999'999, std::exp(-1'999'999'999 * std::log1p(1e-9))}};
     for (const auto& [factor, exponent, expected] : rows) {
         ASSERT_EQ(Load(std::string("<U><BASE_TYPE TYPE='LENGTH'><BASE_UNIT ID='1' CONV_VAL='") + factor +
                        "'/></BASE_TYPE><UNIT_SYSTEM NAME='' ID='1' LENGTH_UNIT='1' MASS_UNIT='0' TIME_UNIT='0' "
