@@ -51,18 +51,13 @@ TEST_IN_CHILD(UnitTexts, OfSystemZeroAreEmptyWithoutAStart)
     EXPECT_EQ(UnitString(1, 1), "m");
 }
 
-TEST_IN_CHILD(UnitTexts, LeadToTheSystemThatComposesThem)
+TEST_IN_CHILD(UnitTexts, LeadToTheSystemAndTheQuantityOfTheirs)
 {
     LoadCatalogue();
     EXPECT_EQ(VUnitUtlGetUnitSystemFromUnit(4, "M KG/SEC^2"), 1);
     EXPECT_EQ(VUnitUtlGetUnitSystemFromUnit(4, "N"), -1) << "display units are not asked";
     EXPECT_EQ(VUnitUtlGetUnitSystemFromUnit(3, ""), 0) << "nor the rule of the system without units";
     EXPECT_EQ(VUnitUtlGetUnitSystemFromUnit(99, "m"), -1);
-}
-
-TEST_IN_CHILD(UnitTexts, LeadToTheQuantityAndItsFactor)
-{
-    LoadCatalogue();
     const struct
     {
         const char* name;
@@ -83,15 +78,22 @@ TEST_IN_CHILD(UnitTexts, LeadToTheQuantityAndItsFactor)
 TEST_IN_CHILD(UnitTexts, AreGivenForNamesWithoutAppending)
 {
     LoadCatalogue();
-    BuString text(L"before");
-    EXPECT_EQ(VUnitUtlGetUnitRepresentation(L"force", "m", "kg", "sec", "kelvin", text), 1);
-    EXPECT_EQ(text, BuString(L"N"));
-    EXPECT_EQ(VUnitUtlGetUnitRepresentation(L"Area", "m", "kg", "sec", "kelvin", text), 0);
-    EXPECT_EQ(text, BuString(L"m^2"));
-    EXPECT_EQ(VUnitUtlGetUnitRepresentation(L"Force", "in", "ton", "sec", "?", text), 0);
-    EXPECT_EQ(text, BuString(L"in ton/sec^2"));
-    EXPECT_EQ(VUnitUtlGetUnitRepresentation(L"Speed", "m", "kg", "sec", "kelvin", text), 0);
-    EXPECT_TRUE(text.IsEmpty());
+    const struct
+    {
+        const wchar_t *type, *text;
+        const char *length, *mass, *heat;
+        int result;
+    } rows[] = {
+        {L"force", L"N", "m", "kg", "kelvin", 1},
+        {L"Area", L"m^2", "m", "kg", "kelvin", 0},
+        {L"Force", L"in ton/sec^2", "in", "ton", "?", 0},
+        {L"Speed", L"", "m", "kg", "kelvin", 0},  // no such type
+    };
+    for (const auto& [type, expected, length, mass, heat, result] : rows) {
+        BuString text(L"before");
+        EXPECT_EQ(VUnitUtlGetUnitRepresentation(type, length, mass, "sec", heat, text), result);
+        EXPECT_EQ(text, BuString(expected));
+    }
     EXPECT_EQ(SystemCount(), 6);
 }
 

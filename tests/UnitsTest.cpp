@@ -14,9 +14,11 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-std::vector<std::string> TakeList(int count, char** list)
+Strings TakeList(int (*getList)(char***))
 {
-    const std::vector<std::string> names(list, list + count);
+    char** list = nullptr;
+    const int count = getList(&list);
+    const Strings names(list, list + count);
     for (int i = 0; i < count; ++i)
         VBuFree(list[i], "UnitsTest", __LINE__);
     VBuFree(list, "UnitsTest", __LINE__);
@@ -188,19 +190,20 @@ TEST_IN_CHILD(UnitSystems, AreDescribedByNamesAndAbbreviations)
     EXPECT_STREQ(name, "m kg sec");
 
     VUnitUtlGetUnitSystemId("mm", "kg", "sec", "kelvin");
-    char** list = nullptr;
-    const int count = VUnitUtlGetDisplayedSystemTypeList(&list);
-    EXPECT_EQ(TakeList(count, list), (Strings{"m kg sec", "mm ton sec", "again", "part", "NewSystem7"}));
+    EXPECT_EQ(TakeList(VUnitUtlGetDisplayedSystemTypeList),
+              (Strings{"m kg sec", "mm ton sec", "again", "part", "NewSystem7"}));
 
-    char length[256], mass[256], time[256], heat[256] = "before";
-    EXPECT_EQ(VUnitUtlGetUnitSystemStrFromSystemId(3, length, mass, time), 0);
-    EXPECT_EQ(Strings({length, mass, time, heat}), (Strings{"in", "kg", "millisec", "before"}));
-    EXPECT_EQ(VUnitUtlGetUnitSystemStringsFromSystemId(5, length, mass, time, heat), 0);
-    EXPECT_EQ(Strings({length, mass, time, heat}), (Strings{"m", "", "sec", ""}));
-    EXPECT_EQ(VUnitUtlGetUnitSystemStringsFromSystemDisplayName("MM ton sec", length, mass, time, heat), 0);
-    EXPECT_EQ(Strings({length, mass, time, heat}), (Strings{"MM", "ton", "sec", "centigrade"}));
-    EXPECT_EQ(VUnitUtlGetUnitSystemStringsFromSystemId(77, length, mass, time, heat), -1);
-    EXPECT_EQ(Strings({length, mass, time, heat}), (Strings{"", "", "", ""}));
+    char units[4][256] = {"", "", "", "before"};
+    const auto expect = [&](int result, int expected, const Strings& texts) {
+        EXPECT_EQ(result, expected);
+        EXPECT_EQ(Strings({units[0], units[1], units[2], units[3]}), texts);
+    };
+    auto& [length, mass, time, heat] = units;
+    expect(VUnitUtlGetUnitSystemStrFromSystemId(3, length, mass, time), 0, {"in", "kg", "millisec", "before"});
+    expect(VUnitUtlGetUnitSystemStringsFromSystemId(5, length, mass, time, heat), 0, {"m", "", "sec", ""});
+    expect(VUnitUtlGetUnitSystemStringsFromSystemDisplayName("MM ton sec", length, mass, time, heat), 0,
+           {"MM", "ton", "sec", "centigrade"});
+    expect(VUnitUtlGetUnitSystemStringsFromSystemId(77, length, mass, time, heat), -1, {"", "", "", ""});
     EXPECT_EQ(VUnitUtlGetUnitSystemStringsFromSystemDisplayName("SI", length, mass, time, heat), -1);
 }
 
@@ -223,11 +226,8 @@ TEST_IN_CHILD(UnitDataTypes, AreFoundByNameIdAndExponents)
     EXPECT_EQ(VUnitUtlGetNumLMTHForDataType(10, &L, &M, &T, &H), 10);
     EXPECT_EQ(std::vector({L, M, T, H}), (std::vector{1, 1, -3, -1}));
 
-    char** list = nullptr;
-    const int count = VUnitUtlGetDataTypeList(&list);
-    const Strings names = TakeList(count, list);
-    ASSERT_EQ(names.size(), 11u);
-    EXPECT_EQ(names[10], "LENGTH");
+    const Strings names = TakeList(VUnitUtlGetDataTypeList);
+    EXPECT_TRUE(names.size() == 11 && names[0] == "Percent" && names[10] == "LENGTH");
 }
 
 TEST_IN_CHILD(UnitDataTypes, AreAppendedForUnknownExponents)

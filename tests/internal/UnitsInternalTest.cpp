@@ -16,7 +16,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -173,54 +172,39 @@ TEST_F(UnitRecords, StaysFastWithManyRecordsOfOneKey)
 
 // ---- Conversion ----------------------------------------------------------------------------------------------------
 
-// The documented steps of a conversion, one after the other, on the records in their order.
-
-struct PlainScale
-{
-    double factor = 1.0, offset = 0.0;
-};
-using PlainSystem = std::array<PlainScale, 4>;
+// The documented steps of a conversion, one after the other, without anything kept from the one before.
 
 struct PlainType
 {
-    int id;
-    std::array<int, 4> exponents;
-    double multiplier;
-    bool IsTemperature() const
+    explicit PlainType(int typeId) : id(typeId)
     {
-        return exponents[0] == 0 && exponents[1] == 0 && exponents[2] == 0 && exponents[3] >= 1;
+        const _UnitDataTypeStr* const type = catalogue::FindDataType(id);
+        multiplier = type != nullptr ? type->multiplier : 1.0;
+        if (type != nullptr && type->hasMultiplier == 0)
+            exponents = {type->lengthExponent, type->massExponent, type->timeExponent, type->heatExponent};
+        isTemperature = exponents[0] == 0 && exponents[1] == 0 && exponents[2] == 0 && exponents[3] >= 1;
     }
+
+    int id;
+    std::array<int, 4> exponents{};
+    double multiplier;
+    bool isTemperature;
 };
 
-PlainScale ScaleOf(int unitId)
+struct PlainSystem
 {
-    const VUnit& all = catalogue::Get();
-    for (int i = 0; i < all.m_baseUnitCount; ++i)
-        if (all.m_baseUnits[i].id == unitId)
-            return {all.m_baseUnits[i].conversionValue, all.m_baseUnits[i].additiveValue};
-    return {};
-}
+    explicit PlainSystem(const _UnitSystemStr& system)
+    {
+        const int ids[] = {system.lengthUnit, system.massUnit, system.timeUnit, system.heatUnit};
+        for (std::size_t i = 0; i < 4; ++i)
+            if (const _UnitBaseTypeStr* const unit = catalogue::FindUnit(ids[i])) {
+                factors[i] = unit->conversionValue;
+                offsets[i] = unit->additiveValue;
+            }
+    }
 
-std::optional<PlainSystem> SystemOf(int id)
-{
-    const VUnit& all = catalogue::Get();
-    for (const _UnitSystemStr* system = all.m_systems; system != all.m_systems + all.m_systemCount; ++system)
-        if (system->id == id)
-            return PlainSystem{ScaleOf(system->lengthUnit), ScaleOf(system->massUnit), ScaleOf(system->timeUnit),
-                               ScaleOf(system->heatUnit)};
-    return std::nullopt;
-}
-
-PlainType TypeOf(int id)
-{
-    const VUnit& all = catalogue::Get();
-    for (const _UnitDataTypeStr* type = all.m_dataTypes; type != all.m_dataTypes + all.m_dataTypeCount; ++type)
-        if (type->id == id && type->hasMultiplier != 0)
-            return {id, {}, type->multiplier};
-        else if (type->id == id)
-            return {id, {type->lengthExponent, type->massExponent, type->timeExponent, type->heatExponent}, 1.0};
-    return {id, {}, 1.0};
-}
+    std::array<double, 4> factors = {1.0, 1.0, 1.0, 1.0}, offsets{};
+};
 
 double PlainPower(double value, int exponent)
 {
@@ -233,8 +217,8 @@ double PlainPower(double value, int exponent)
 double PlainFactor(const PlainSystem& system, const PlainType& type)
 {
     double factor = 1.0;
-    for (std::size_t i = 0; i < system.size(); ++i)
-        factor *= PlainPower(system[i].factor, type.exponents[i]);
+    for (std::size_t i = 0; i < 4; ++i)
+        factor *= PlainPower(system.factors[i], type.exponents[i]);
     return type.id == 49 ? std::sqrt(factor) : factor;
 }
 
@@ -242,31 +226,30 @@ double PlainOffset(const PlainSystem& system, const PlainType& type)
 {
     double offset = 0.0;
     for (std::size_t i = 0; i < 3; ++i)
-        offset += type.exponents[i] != 0 ? system[i].offset : 0.0;
+        offset += type.exponents[i] != 0 ? system.offsets[i] : 0.0;
     return offset;
 }
 
 double PlainConvert(int fromType, int toType, int fromSystem, int toSystem, double value, double out)
 {
     if (fromSystem == -1 && toSystem == -1) {  // a sub-model, with its scales as they are at start
-        const VUnit& all = catalogue::Get();
-        out = value;
-        for (int i = 0; i < all.m_dataTypeCount; ++i)
-            out = all.m_dataTypes[i].id == toType ? value * all.m_dataTypes[i].multiplier : out;
-        return out;
+        const _UnitDataTypeStr* const type = catalogue::FindLastDataType(toType);
+        return value * (type != nullptr ? type->multiplier : 1.0);
     }
-    const PlainType a = TypeOf(fromType), b = TypeOf(toType);
-    if (const auto s = SystemOf(fromSystem)) {
+    const PlainType a(fromType), b(toType);
+    if (const _UnitSystemStr* const found = catalogue::FindSystem(fromSystem)) {
+        const PlainSystem s(*found);
         double v = value;
-        if (a.IsTemperature())
-            v = (value / a.multiplier - (*s)[3].offset) * a.multiplier;
-        v = v / PlainFactor(*s, a);
+        if (a.isTemperature)
+            v = (value / a.multiplier - s.offsets[3]) * a.multiplier;
+        v = v / PlainFactor(s, a);
         v = v / a.multiplier;
-        out = v - PlainOffset(*s, a);
+        out = v - PlainOffset(s, a);
     }
-    if (const auto d = SystemOf(toSystem)) {
-        const double y = PlainFactor(*d, b) * (out + PlainOffset(*d, b));
-        out = b.IsTemperature() ? (y + (*d)[3].offset) * b.multiplier : y * b.multiplier;
+    if (const _UnitSystemStr* const found = catalogue::FindSystem(toSystem)) {
+        const PlainSystem d(*found);
+        const double y = PlainFactor(d, b) * (out + PlainOffset(d, b));
+        out = b.isTemperature ? (y + d.offsets[3]) * b.multiplier : y * b.multiplier;
     }
     return out;
 }
