@@ -140,35 +140,11 @@ TEST_F(ShippedCatalogue, ShowsEveryTypeInEverySystemUnlessItComposesWell)
 // ---- In the language of GNU units ----------------------------------------------------------------------------------
 
 // Units of the catalogue that the program does not know by their abbreviation, or takes for something else.
-const std::map<std::string, std::string> UnitExpressions = {
-    {"ftus", "surveyfoot"},
-    {"ton", "tonne"},
-    {"dton", "N s^2/cm"},
-    {"st", "stone"},
-    {"shton", "shortton"},
-    {"lgton", "longton"},
-    {"slug", "lbf s^2/foot"},
-    {"kslug", "kip s^2/foot"},
-    {"slinch", "lbf s^2/inch"},
-    {"kslinch", "kip s^2/inch"},
-    {"hyl", "kgf s^2/m"},
-    {"khyl", "kgf s^2/mm"},
-    {"year", "julianyear"},
-    {"rankine", "degR"},
-    {"centigrade", "degC"},
-    {"fahrenheit", "degF"},
-    {"one", "1"},
-    {"permille", "1/1000"},
-    {"microstrain", "1/1000000"},
-    {"rad", "radian"},
-    {"mrad", "radian/1000"},
-    {"gn", "gravity"},
-    {"km/h", "km/hour"},  // all others are called the same
-};
-
-// The scales as functions of the program.
-const std::map<std::string, std::string> ScaleFunctions = {
-    {"kelvin", "tempK"}, {"rankine", "tempR"}, {"centigrade", "tempC"}, {"fahrenheit", "tempF"}};
+constexpr char UnitExpressions[] =
+    ";ftus=surveyfoot;ton=tonne;dton=N s^2/cm;st=stone;shton=shortton;lgton=longton;slug=lbf s^2/foot"
+    ";kslug=kip s^2/foot;slinch=lbf s^2/inch;kslinch=kip s^2/inch;hyl=kgf s^2/m;khyl=kgf s^2/mm;year=julianyear"
+    ";rankine=degR;centigrade=degC;fahrenheit=degF;one=1;permille=1/1000;microstrain=1/1000000;rad=radian"
+    ";mrad=radian/1000;gn=gravity;km/h=km/hour;";
 
 // What the constants measure that are not of one or of the radian.
 const std::map<std::string, std::string> MeasuredTypes = {
@@ -178,8 +154,17 @@ const std::map<std::string, std::string> MeasuredTypes = {
 
 std::string ExpressionOf(const std::string& word)
 {
-    const auto found = UnitExpressions.find(word);
-    return found != UnitExpressions.end() ? found->second : word;
+    const std::string all = UnitExpressions;
+    const std::size_t at = all.find(';' + word + '=');
+    const std::size_t start = at + word.size() + 2;
+    return at != all.npos ? all.substr(start, all.find(';', start) - start) : word;
+}
+
+// A temperature scale as a function of the program: tempK.
+std::string ScaleFunction(const _UnitSystemStr& system)
+{
+    const char letter = catalogue::FindUnit(system.heatUnit)->abbreviation[0];
+    return std::string("temp") + static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
 }
 
 // A unit text to a power, which the square of "MPa mm^0.5" needs: "(MPa)^2 (mm)^1".
@@ -247,10 +232,7 @@ void ExpectUnits(UnitsProgram& program)
 void ExpectTemperatures(UnitsProgram& program, const _UnitSystemStr& from, const _UnitSystemStr& to)
 {
     const int type = VUnitUtlGetDataTypeId("Temperature");
-    const auto scale = [](const _UnitSystemStr& system) {
-        return ScaleFunctions.at(catalogue::FindUnit(system.heatUnit)->abbreviation);
-    };
-    program.Expect(Convert(type, type, from.id, to.id, 451.0), scale(from) + "(451)", scale(to),
+    program.Expect(Convert(type, type, from.id, to.id, 451.0), ScaleFunction(from) + "(451)", ScaleFunction(to),
                    std::string(from.name) + " to " + to.name);
 }
 

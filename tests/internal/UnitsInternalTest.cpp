@@ -311,35 +311,37 @@ TEST_F(UnitRecords, ConvertsBitByBitAsThePlainSteps)
 TEST_F(UnitRecords, TakesNoTimeForHugeExponents)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr int billion = 1'000'000'000, lowest = std::numeric_limits<int>::min();
+    const double slowly = 2 * billion * std::log1p(1e-9);
     const struct
     {
-        const char* factor;
+        double scale;
         int exponent;
         double expected;
-    } rows[] = {{"1", 2'000'000'000, 1.0},
-                {"1000", 2'000'000'000, infinity},
-                {"0.001", -2'000'000'000, infinity},
-                {"1000", -2147483647 - 1, 0.0},
-                {"0", 2'000'000'000, 0.0},
-                {"-1", 2'000'000'001, -1.0},
-                {"-1", -2'000'000'000, 1.0},
-                {"-1000", 1'999'999'999, -infinity},
-                {"-0.001", 2'000'000'001, -0.0},
-                {"1.000000001", 2'000'000'000, std::exp(2'000'000'000 * std::log1p(1e-9))},
-                {"1.000000001", -1'999'999'999, std::exp(-1'999'999'999 * std::log1p(1e-9))}};
-    for (const auto& [factor, exponent, expected] : rows) {
-        ASSERT_EQ(Load(std::string("<U><BASE_TYPE TYPE='LENGTH'><BASE_UNIT ID='1' CONV_VAL='") + factor +
-                       "'/></BASE_TYPE><UNIT_SYSTEM NAME='' ID='1' LENGTH_UNIT='1' MASS_UNIT='0' TIME_UNIT='0' "
-                       "HEAT_UNIT='0'/><DATA_TYPE ID='1' NUM_L='" +
-                       std::to_string(exponent) + "'/></U>"),
-                  1);
+    } rows[] = {
+        {1, 2 * billion, 1.0},
+        {1e3, 2 * billion, infinity},
+        {1e-3, -2 * billion, infinity},
+        {1e3, lowest, 0.0},
+        {0, 2 * billion, 0.0},
+        {-1, billion + 1, -1.0},
+        {-1, -2 * billion, 1.0},
+        {-1e3, billion - 1, -infinity},
+        {-1e-3, billion + 1, -0.0},
+        {1 + 1e-9, 2 * billion, std::exp(slowly)},
+        {1 + 1e-9, -2 * billion, std::exp(-slowly)},  // not at once
+    };
+    for (const auto& [scale, exponent, expected] : rows) {
+        VUnitUtlSetScaleFatorForSubModelUnitConversion(scale, 1, 1, 0);
+        const int type = VUnitUtlGetDataTypeId(VUnitUtlGetDataTypeName(exponent, 0, 0, 0, 1));
         double converted = 0.0;
-        VUnitUtlConvertFromOneToAnother(9, 1, 1, 1, 1.0, &converted);
+        VUnitUtlConvertFromOneToAnother(0, type, -1, -1, 1.0, &converted);
         if (std::isfinite(expected) && expected != 0.0)
-            EXPECT_NEAR(converted, expected, 1e-6 * std::abs(expected)) << factor << " to the power " << exponent;
+            EXPECT_NEAR(converted, expected, 1e-6 * std::abs(expected)) << scale << " to the power " << exponent;
         else
-            EXPECT_TRUE(AreSame(converted, expected)) << factor << " to the power " << exponent << ": " << converted;
+            EXPECT_TRUE(AreSame(converted, expected)) << scale << " to the power " << exponent << ": " << converted;
     }
+    VUnitUtlSetScaleFatorForSubModelUnitConversion(1, 1, 1, 0);
 }
 
 }  // namespace
