@@ -46,7 +46,7 @@ TEST_IN_CHILD(UnitConversion, SeesWhatIsAppended)
 {
     LoadCatalogue();
     EXPECT_EQ(Convert(2, 2, 6, 1, 5000), -7.0);
-    EXPECT_EQ(Convert(2, 13, 2, 1, 5000), 5.0);
+    EXPECT_EQ(Convert(2, 13, 2, 2, 5000), 5.0) << "a type that is not there has no dimension";
     EXPECT_EQ(VUnitUtlGetUnitSystemId("mm", "kg", "sec", "kelvin"), 6);
     EXPECT_EQ(Convert(2, 2, 6, 1, 5000), 5.0);
     VUnitUtlGetDataTypeNameFromZamViewDataTypeName("Foo");
