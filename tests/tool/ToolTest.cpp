@@ -196,6 +196,7 @@ TEST(Tuvo, SaysWhatIsWrongAndWhatMayHaveBeenMeant)
         {"units --catalogue ''", 2, "--catalogue: must not be empty"},
         {"covnert", 2, "there is no command \"covnert\"; did you mean \"convert\"? (see tuvo --help)"},
         {"units Pressure", 2, "\"Pressure\" is one argument too many (see tuvo units --help)"},
+        {"info units", 2, "\"units\" is one argument too many (see tuvo info --help)"},
     };
     for (const auto& [line, exitCode, message] : rows) {
         const ChildResult run = Tuvo(line);

@@ -111,6 +111,7 @@ ExitCode ParseAndRun(std::vector<std::string> arguments)
     tuvo.set_help_flag("-h,--help", "Show this text and exit");
     tuvo.get_formatter()->column_width(28);
     tuvo.footer(Closing);
+    tuvo.require_subcommand(0, 1);  // a second name of a command is an argument like any other
     const std::vector<Command> commands = {AddConvert(tuvo), AddUnits(tuvo), AddInfo(tuvo)};
     try {
         tuvo.parse(arguments);
