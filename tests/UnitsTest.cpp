@@ -230,29 +230,26 @@ TEST_IN_CHILD(UnitDataTypes, AreFoundByNameIdAndExponents)
     EXPECT_TRUE(names.size() == 11 && names[0] == "Percent" && names[10] == "LENGTH");
 }
 
-TEST_IN_CHILD(UnitDataTypes, AreAppendedForUnknownExponents)
+TEST_IN_CHILD(UnitDataTypes, AreAppendedForUnknownExponentsAndNamesOfTheViewer)
 {
     LoadCatalogue();
     EXPECT_STREQ(VUnitUtlGetDataTypeName(1, 0, 0, 0, 0), "Length") << "a type with a multiplier is passed over";
     EXPECT_EQ(VUnitUtlGetDataTypeName(1, 2, 3, 4, 0), nullptr);
     EXPECT_STREQ(VUnitUtlGetDataTypeName(1, 2, 3, 4, 1), "UnKnown12");
-    EXPECT_STREQ(VUnitUtlGetDataTypeName(1, 2, 3, 4, 0), "UnKnown12");
+    EXPECT_STREQ(VUnitUtlGetDataTypeName(1, 2, 3, 4, 1), "UnKnown12");
     EXPECT_EQ(VUnitUtlGetDataTypeId("unknown12"), 12);
     EXPECT_EQ(UnitString(12, 1), "m kg^2 sec^3 kelvin^4");
-}
 
-TEST_IN_CHILD(UnitDataTypes, AreFoundByTheirNameInTheViewer)
-{
-    LoadCatalogue();
+    // An unknown name is appended at every call, and all of them are known to the viewer as "UN".
+    for (const char* const name : {"Foo", "Foo", "Bar"})
+        EXPECT_STREQ(VUnitUtlGetDataTypeNameFromZamViewDataTypeName(name), name);
+    EXPECT_EQ(VUnitUtlGetDataTypeId("Foo"), 13);
+    EXPECT_STREQ(VUnitUtlGetDataTypeNameFromId(14), "Foo");
+    EXPECT_EQ(VUnitUtlGetDataTypeId("Bar"), 15);
+    EXPECT_STREQ(VUnitUtlGetDataTypeNameFromZamViewDataTypeName("un"), "Foo");
     EXPECT_STREQ(VUnitUtlGetDataTypeNameFromZamViewDataTypeName("dist"), "Length");
     EXPECT_STREQ(VUnitUtlGetDataTypeNameFromZamViewDataTypeName(""), "Area") << "the first without one";
-    EXPECT_STREQ(VUnitUtlGetDataTypeNameFromZamViewDataTypeName("Foo"), "Foo");
-    EXPECT_EQ(VUnitUtlGetDataTypeId("Foo"), 12);
-    // An unknown name is appended at every call, and all of them are known to the viewer as "UN".
-    EXPECT_STREQ(VUnitUtlGetDataTypeNameFromZamViewDataTypeName("Foo"), "Foo");
-    EXPECT_STREQ(VUnitUtlGetDataTypeNameFromId(13), "Foo");
-    EXPECT_STREQ(VUnitUtlGetDataTypeNameFromZamViewDataTypeName("un"), "Foo");
-    EXPECT_STREQ(VUnitUtlGetDataTypeNameFromId(14), "");
+    EXPECT_STREQ(VUnitUtlGetDataTypeNameFromId(16), "");
 }
 
 // ---- Null pointers -------------------------------------------------------------------------------------------------
