@@ -15,6 +15,14 @@ bool HasReadableHeaders()
     return memory::IsActive() && memory::IsHeaderMode();
 }
 
+bool IsSlotOf(std::int32_t index, const void* block)
+{
+    using memory::g_state;
+    if (g_state.blockOfSlot == nullptr || index == memory::NoIndex)
+        return true;
+    return index < g_state.slotCount && g_state.blockOfSlot(index) == block;
+}
+
 }  // namespace
 
 // The bytes in front of a bare block belong to somebody else, so the address sanitizer must not watch the reads.
@@ -27,7 +35,9 @@ bool HasReadableHeaders()
         return HeaderState::Released;
     const bool isLive = header->tag >= TagOfKind0 && header->tag <= TagOfKind2 && header->size >= 0 &&
                         header->index >= NoIndex && header->index <= g_state.slotCount + IndexTolerance;
-    return isLive ? HeaderState::Live : HeaderState::None;
+    if (!isLive)
+        return HeaderState::None;
+    return IsSlotOf(header->index, block) ? HeaderState::Live : HeaderState::Doubtful;
 }
 
 memory::BlockHeader* memory::FindCountedHeader(void* block) noexcept

@@ -108,6 +108,14 @@ bool CallReleaseHook(void* start, bool hasHeader, const char* file, int line)
     return g_state.releaseHook(start, file, line);
 }
 
+// Whether the release hook gets the start of the header. Of doubtful ones it has to know as well: it tells of pointers
+// that were freed before.
+bool IsReleasedByHeader(HeaderState header)
+{
+    return header == HeaderState::Live ||
+           (header == HeaderState::Doubtful && memory::IsActive() && memory::IsHeaderMode());
+}
+
 // Whether a block made now is none of the checker's business: made by a hook itself, or too large for a header.
 bool IsBeyondChecker(std::size_t size)
 {
@@ -141,12 +149,16 @@ void* AllocateTracked(std::size_t size, const char* file, int line, int kind)
 [[gnu::noinline]] void ReleaseWatched(void* block, const char* file, int line)
 {
     const HeaderState header = memory::FindHeader(block);
-    void* const start = header == HeaderState::Live ? memory::HeaderOf(block) : block;
+    const bool hasHeader = IsReleasedByHeader(header);
+    void* const start = hasHeader ? memory::HeaderOf(block) : block;
     bool mayRelease = header != HeaderState::Released;
-    if (memory::IsActive() && g_state.releaseHook != nullptr)
-        mayRelease = CallReleaseHook(start, header == HeaderState::Live, file, line) && mayRelease;
-    if (mayRelease)
-        vxheap::Release(start);
+    if ((memory::IsActive() || hasHeader) && g_state.releaseHook != nullptr)
+        mayRelease = CallReleaseHook(start, hasHeader, file, line) && mayRelease;
+    if (!mayRelease)
+        return;
+    if (hasHeader)
+        memory::MarkReleased(*static_cast<memory::BlockHeader*>(start));
+    vxheap::Release(start);
 }
 
 // A block with a header always moves, so that the checker sees an allocation and a release.
@@ -204,6 +216,7 @@ void* VBuRealloc(void* block, std::size_t size, const char* file, int line)
             return ReallocateTracked(block, size, file, line);
         case HeaderState::Released:
             return FailReallocation();
+        case HeaderState::Doubtful:
         case HeaderState::None:
             break;
     }
@@ -240,6 +253,6 @@ void VBuDeletePointer(void* block, const char* file, int line)
         Report("Memory error : Free null pointer", 0);
     if (!memory::IsActive() || g_state.releaseHook == nullptr)
         return;
-    const bool hasHeader = memory::FindHeader(block) == HeaderState::Live;
+    const bool hasHeader = IsReleasedByHeader(memory::FindHeader(block));
     CallReleaseHook(hasHeader ? memory::HeaderOf(block) : block, hasHeader, file, line);
 }

@@ -39,7 +39,8 @@ constexpr std::size_t LargestTrackedSize = INT32_MAX;
 // `size` then includes; null when memory is exhausted. Not entered again by what it causes itself.
 using AllocationHook = void (*)(void* block, std::size_t size, const char* file, int line, int kind);
 
-// Told of every block released while the checker is active: the start of its header when State::releaseHasHeader, else
+// Told of every block released while the checker is active, and of every block with a header even when it is not, since
+// the slot has to go with the block. Gets the start of the header when State::releaseHasHeader, whatever the mode, else
 // the block itself. False forbids to give the block back: it is not ours, or was given back before. Blocks that a host
 // frees while a hook posts a message enter it again, so the records have to be sound when a message is posted.
 using ReleaseHook = bool (*)(void* block, const char* file, int line);
@@ -56,7 +57,7 @@ struct State
     int mode = 2;
     int second = 0;
     int headerSuppression = -1;  // other than -1 and 0: no headers; 1: the checker only counts
-    std::int32_t slotCount = 0;  // slots in use for blocks with headers
+    std::int32_t slotCount = 0;  // slots in use for blocks with headers; above the index of every live header
     bool isHookRunning = false;
     bool releaseHasHeader = false;
 
@@ -64,8 +65,9 @@ struct State
     ReleaseHook releaseHook = nullptr;
     ErrorReporter errorReporter = nullptr;  // null: standard error and BuOutputMessage
     CallStackProvider callStackProvider = nullptr;
-    void (*freeRecordTable)() = nullptr;  // drops the records of the modes without headers
-    const char* defaultFile = nullptr;    // for records whose file is null
+    void (*freeRecordTable)() = nullptr;                       // drops the records of the modes without headers
+    const void* (*blockOfSlot)(std::int32_t index) = nullptr;  // the caller's pointer; null: headers are not doubted
+    const char* defaultFile = nullptr;                         // for records whose file is null
 };
 
 extern constinit State g_state;
@@ -95,17 +97,28 @@ enum class HeaderState : std::uint8_t
 {
     None,
     Live,
+    Doubtful,  // looks live, but the checker's slot is not that of this block
     Released
 };
 
 // Whether a pointer that a caller holds has a header in front of it. The only function that reads there, and only once
-// a header was laid in this process. The tag alone does not decide, since a caller's bytes may look like one: the size
-// of a live header is not negative and its index at most 4 beyond the slots.
+// a header was laid in this process. The tag alone does not decide, since a caller's bytes may look like one (the text
+// "90" does): the size of a live header is not negative and its index at most 4 beyond the slots. A doubtful one counts
+// as none, except that an active checker is asked about its release, which it may have to report.
 HeaderState FindHeader(const void* block) noexcept;
 
 inline BlockHeader* HeaderOf(void* block) noexcept
 {
     return static_cast<BlockHeader*>(block) - 1;
+}
+
+// Done before the memory goes back, checker or not: what looks like a live header in reused memory would be taken for
+// that of the block behind it.
+inline void MarkReleased(BlockHeader& header) noexcept
+{
+    header.tag = TagReleased;
+    header.size = ReleasedMark;
+    header.index = ReleasedMark;
 }
 
 // The live header of a block of kind 0 or 1, null for any other block: kind 2 keeps no size and count for callers.

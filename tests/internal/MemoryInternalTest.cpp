@@ -172,6 +172,59 @@ TEST(Headers, HaveToBePlausible)
     EXPECT_EQ(memory::FindHeader(nullptr), HeaderState::None);
 }
 
+const void* g_blockOfSlot0;
+
+TEST(Headers, HaveToAgreeWithTheirSlot)
+{
+    Checker checker;
+    g_state.watch |= memory::WatchHeaders;
+    g_state.slotCount = 1;
+    g_state.blockOfSlot = [](std::int32_t) { return g_blockOfSlot0; };
+    for (const std::int32_t index : {-1, 0, 1}) {
+        LookAlike block{{12345, 0, 8, index, -1}, {}};
+        g_blockOfSlot0 = block.content;
+        EXPECT_EQ(memory::FindHeader(block.content), index < 1 ? HeaderState::Live : HeaderState::Doubtful) << index;
+        g_blockOfSlot0 = &block;
+        EXPECT_EQ(memory::FindHeader(block.content), index < 0 ? HeaderState::Live : HeaderState::Doubtful) << index;
+    }
+
+    // A bare block behind bytes that look like a header.
+    InitVxHeap();
+    auto* const neighbour = static_cast<LookAlike*>(VxMalloc(32));
+    void* const bare = VxMalloc(32);
+    memory::HeaderOf(bare)[0] = {12345, 0, 1 << 30, 0, -1};
+    ASSERT_EQ(bare, neighbour + 1);
+    EXPECT_EQ(VBuRealloc(bare, 20, File, 1), bare);
+    checker.mayRelease = false;
+    VBuFree(bare, File, 2);
+    EXPECT_EQ(checker.TakeCalls(), Lines{"release part.cpp:2 header"});  // the checker reports such a release
+    memory::HeaderOf(bare)[0] = {12345, 0, 1 << 30, 0, -1};
+    memory::SetActive(false);
+    VBuFree(bare, File, 3);
+    EXPECT_EQ(checker.TakeCalls(), Lines());
+    EXPECT_EQ(VxMalloc(32), bare);
+    vxheap::Reset();
+}
+
+// Reused memory must not look like a header, nor a slot outlive its block.
+TEST(Headers, AreUnmadeByEveryRelease)
+{
+    Checker checker;
+    InitVxHeap();
+    void* const block = VBuMalloc(40, File, 1, 0);
+    memory::SetActive(false);
+    VBuFree(block, File, 2);
+    EXPECT_EQ(memory::HeaderOf(block)->index, memory::ReleasedMark);
+    g_state.releaseHook = nullptr;
+    memory::SetActive(true);
+    void* const other = VBuMalloc(40, File, 3, 0);
+    VBuFree(other, File, 4);
+    EXPECT_EQ(memory::HeaderOf(other)->index, memory::ReleasedMark);
+    EXPECT_EQ(checker.TakeCalls(),
+              (Lines{"allocate 56 part.cpp:1", "release part.cpp:2 header", "allocate 56 part.cpp:3"}));
+    vxheap::Reset();
+}
+
 TEST(Headers, AreFoundThroughTheAccessors)
 {
     Checker checker;
