@@ -43,8 +43,11 @@ TEST(Blocks, KeepTheirContentWhenResized)
     }
     VBU_FREE(block, File, __LINE__);
     EXPECT_EQ(block, nullptr);
-    VBU_FREE(block, File, __LINE__);
     EXPECT_EQ(__VxFreeLoopCount__, 0);
+    void* blocks[] = {Allocate(1), Allocate(1)};
+    for (int left = 2; left > 0;)
+        VBU_FREE(blocks[--left], File, __LINE__);
+    EXPECT_TRUE(blocks[0] == nullptr && blocks[1] == nullptr);
 }
 
 TEST(Blocks, AreZeroedAndCopied)

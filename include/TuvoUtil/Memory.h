@@ -23,18 +23,15 @@
 // Always 0. The condition of the loop in VBU_FREE, kept as a variable so that a debugger can hold a release in it.
 extern TUVOUTIL_API int __VxFreeLoopCount__;
 
-// Frees the block of a pointer variable and sets the variable to null.
-#define VBU_FREE(pointer, file, line)   \
-    do {                                \
-        VBuFree((pointer), file, line); \
-        (pointer) = nullptr;            \
-    } while (__VxFreeLoopCount__ != 0)
+// Frees the block of a pointer variable, which is evaluated once, and sets the variable to null.
+#define VBU_FREE(pointer, file, line) VBuFreeVariable((pointer), (file), (line))
 
 // ---- Blocks --------------------------------------------------------------------------------------------------------
 
-// Allocates `size` bytes, uninitialised. `kind` is 0, or 1 or 2 as client modules choose; leak reports name kind 1 as
-// made by an object factory. A size of 0 is reported as an error and gives null. While checking is active without an
-// initialised checker (MovraInitMemory) every allocation fails.
+// Allocates `size` bytes, uninitialised. `kind` is 0, or 1 or 2 as client modules choose, and nothing else: a header
+// with another kind is not recognised. Leak reports name kind 1 as made by an object factory. A size of 0 is reported as
+// an error and gives null. While checking is active without an initialised checker (MovraInitMemory) every allocation
+// fails.
 TUVOUTIL_API void* VBuMalloc(std::size_t size, const char* file, int line, int kind);
 
 // Allocates count * size bytes, all zero. A count or size of 0 is reported as an error and gives null.
@@ -43,12 +40,22 @@ TUVOUTIL_API void* VBuCalloc(std::size_t count, std::size_t size, const char* fi
 // Gives a block of `size` bytes with the content of `block`, as far as it fits, in place of `block`. A null block is
 // allocated anew. A size of 0 is reported as an error, frees the block and gives null. On failure the block stays as it
 // was. A block that carries a header always moves, and becomes one of kind 0. In the modes without headers the checker
-// is not told: a leak report then names the place of the first allocation, and a block that moved is reported although it
-// was freed.
+// is not told: a leak report then names the place of the first allocation, and a block that moved is reported although
+// it was freed.
 TUVOUTIL_API void* VBuRealloc(void* block, std::size_t size, const char* file, int line);
 
 // Gives a block back; null does nothing. A block may be freed whether or not the checker was active when it was made.
 TUVOUTIL_API void VBuFree(void* block, const char* file, int line);
+
+// What VBU_FREE does.
+template <typename T>
+inline void VBuFreeVariable(T*& pointer, const char* file, int line)
+{
+    do {
+        VBuFree(pointer, file, line);
+        pointer = nullptr;
+    } while (__VxFreeLoopCount__ != 0);
+}
 
 // A copy of a text, its terminator included. Null for null and when memory is exhausted. The caller frees it.
 TUVOUTIL_API char* VBuStrDup(const char* text, const char* file, int line);
@@ -67,8 +74,9 @@ TUVOUTIL_API void VBuDeletePointer(void* block, const char* file, int line);
 // array must be grown by one of these functions only, from its start: an array of 37 elements made to exact size by
 // other means has no room for the 38th.
 //
-// When a block cannot be had, the array pointer becomes null, the count stays, and the old block stays allocated as
-// with realloc: keep a copy of the pointer to free it. Byte counts above INT_MAX are given as INT_MAX.
+// Elements have at least one byte, and the source lies outside the array. When a block cannot be had, the array pointer
+// becomes null, the count stays, and the old block stays allocated as with realloc: keep a copy of the pointer to free
+// it. Byte counts above INT_MAX are given as INT_MAX.
 
 // Appends `addCount` elements to an array of `count`, reallocating it to the exact size; an array with count 0 is
 // allocated anew. With a null source room is made, but nothing copied nor counted. 0 done, 1 memory exhausted, -1
