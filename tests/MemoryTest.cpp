@@ -278,6 +278,8 @@ TEST(Checking, IsOffAtFirst)
     EXPECT_EQ(size, 5u);
     MovraMemChkGetActualSize(100, &size);  // asks for the mode alone
     EXPECT_EQ(size, 116u);
+    MovraMemChkGetActualSize(SIZE_MAX - 15, &size);
+    EXPECT_EQ(size, SIZE_MAX);
     EXPECT_EQ(reports.TakePosted(), Lines());
     VBuDeletePointer(nullptr, File, __LINE__);
     EXPECT_EQ(reports.TakePosted(), Lines{"2:Memory error : Free null pointer"});

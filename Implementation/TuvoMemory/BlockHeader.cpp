@@ -2,6 +2,7 @@
 
 #include <TuvoUtil/Memory.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -21,6 +22,12 @@ bool IsSlotOf(std::int32_t index, const void* block)
     if (g_state.blockOfSlot == nullptr || index == memory::NoIndex)
         return true;
     return index < g_state.slotCount && g_state.blockOfSlot(index) == block;
+}
+
+// What does not fit becomes a size that cannot be had.
+std::size_t WithHeader(std::size_t size)
+{
+    return std::min(size, SIZE_MAX - memory::HeaderSize) + memory::HeaderSize;
 }
 
 }  // namespace
@@ -60,14 +67,14 @@ int MovraMemChkGetActualPtr(void** block, std::size_t* size)
         *block = memory::HeaderOf(*block);
     }
     if (size != nullptr)
-        *size += memory::HeaderSize;
+        *size = WithHeader(*size);
     return 0;
 }
 
 void MovraMemChkGetActualSize(std::size_t size, std::size_t* actual)
 {
     if (actual != nullptr)
-        *actual = memory::IsHeaderMode() ? size + memory::HeaderSize : size;
+        *actual = memory::IsHeaderMode() ? WithHeader(size) : size;
 }
 
 int MovraMemChkGetAllocInfo(void* block, std::size_t* size)

@@ -126,7 +126,8 @@ TUVOUTIL_API int MovraIsMemCheckActive();
 // and nothing changed, in the modes without headers.
 TUVOUTIL_API int MovraMemChkGetActualPtr(void** block, std::size_t* size);
 
-// Stores the bytes that a block of `size` takes in the present mode, active checker or not: 16 more in modes 2 and 4.
+// Stores the bytes that a block of `size` takes in the present mode, active checker or not: 16 more in modes 2 and 4,
+// at most SIZE_MAX.
 TUVOUTIL_API void MovraMemChkGetActualSize(std::size_t size, std::size_t* actual);
 
 // Stores the size that was asked for when the block was allocated; 0. Gives 1, and stores nothing, without an active
