@@ -168,6 +168,8 @@ TEST(FixedHeap, TakesPagesOfDerivedHeaps)
     ASSERT_NE(page, nullptr);
     page->memory = page + 1;
     page->freeList = page->untouched = AsBlock(page->memory);
+    EXPECT_TRUE(heap.IsBlockInPage(page, AsBlock(At(page->memory, 16))));
+    EXPECT_FALSE(heap.IsBlockInPage(page, AsBlock(At(page->memory, 17))));
     heap.AppendPage(page);
     EXPECT_EQ(page->owner != nullptr, true);
     EXPECT_EQ(heap.GetFreePage(), page);

@@ -197,5 +197,8 @@ _VFixedHeapPageStr* VFixedHeap::GetPageGivenBlock(_VFixedHeapBlockStr* block)
 
 bool VFixedHeap::IsBlockInPage(_VFixedHeapPageStr* page, _VFixedHeapBlockStr* block)
 {
-    return page != nullptr && page->owner == m_pageSet && Holds(*m_pageSet, *page, block);
+    PageSet sizes;
+    sizes.blockSize = m_blockSize;
+    sizes.blocksPerPage = m_blocksPerPage;
+    return page != nullptr && m_blocksPerPage > 0 && Holds(sizes, *page, block);
 }

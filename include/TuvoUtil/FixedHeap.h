@@ -105,7 +105,8 @@ protected:
     // The page that Free would return a block to; null when there is none. O(log pages) in a growable heap, else O(1).
     _VFixedHeapPageStr* GetPageGivenBlock(_VFixedHeapBlockStr* block);
 
-    // Whether a block lies between the page's first byte and the start of its last block. False when either is null.
+    // Whether a block lies between the first byte and the start of the last block of a page, which is laid out as those
+    // of this heap are but need not belong to it. False when either is null.
     bool IsBlockInPage(_VFixedHeapPageStr* page, _VFixedHeapBlockStr* block);
 
 private:
