@@ -9,11 +9,9 @@
 //
 // Rules for all of it:
 //  - A format and its arguments mean what BuString::Format says; a null format gives the empty text. Nothing is
-//  formatted
-//    when nobody is there to receive it. A text that exhausted memory could not hold arrives empty.
+//    formatted when nobody is there to receive it. A text that exhausted memory could not hold arrives empty.
 //  - A text handed to the updater lives for the call only.
-//  - Nothing is locked: install updater and handler at start-up. Posting from several threads is as safe as the
-//  updater.
+//  - Nothing is locked: install updater and handler at start-up. Posting from several threads is as safe as the updater.
 #pragma once
 
 #include <TuvoUtil/Export.h>
