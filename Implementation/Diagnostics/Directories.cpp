@@ -43,10 +43,9 @@ void VEnvSetTempPath(const wchar_t* path)
 
 void VEnvGetTempPath(BuString& path)
 {
+    path = BuString(Settings().temporary);  // moved in, so that exhausted memory leaves no other path there
     if (Settings().temporary.IsEmpty())
         path = platform::Guarded(BuString(), [] { return BuString(platform::TemporaryDirectory().c_str()); });
-    else
-        path = Settings().temporary;
 }
 
 BuString TuvoGetAppDirectory()

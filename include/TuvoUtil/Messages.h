@@ -166,7 +166,7 @@ TUVOUTIL_API void VEnvSetUserDirectory(const wchar_t* directory);
 TUVOUTIL_API const wchar_t* VEnvGetUserDirectory();
 
 // The directory for temporary files: the one that was set (null is ignored), else that of the system, with its last
-// separator; empty when the system has none.
+// separator; empty when the system has none, or memory is exhausted.
 TUVOUTIL_API void VEnvSetTempPath(const wchar_t* path);
 TUVOUTIL_API void VEnvGetTempPath(BuString& path);
 

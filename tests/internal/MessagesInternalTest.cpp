@@ -20,16 +20,15 @@ public:
     CountingUpdater() { SetUpdater(this); }
     ~CountingUpdater() override { SetUpdater(nullptr); }
 
-    void WriteConsoleMessage(_TuvoMessageType, const wchar_t* text, bool) override { Count(text); }
-    _TuvoMsgBoxResponse PostMessageBox(unsigned int, const wchar_t*, const wchar_t* text, bool) override
-    {
-        Count(text);
-        return TUVO_RESPONSE_OK;
-    }
-    void Count(const wchar_t* text)
+    void WriteConsoleMessage(_TuvoMessageType, const wchar_t* text, bool) override
     {
         EXPECT_TRUE(*text == 0 || std::wcscmp(text, LongText) == 0);
         ++count;
+    }
+    _TuvoMsgBoxResponse PostMessageBox(unsigned int, const wchar_t*, const wchar_t* text, bool) override
+    {
+        WriteConsoleMessage(TUVO_MESSAGE_ERROR, text, false);
+        return TUVO_RESPONSE_OK;
     }
 
     int count = 0;
@@ -38,14 +37,13 @@ public:
 TEST(MessagesWithoutMemory, ArriveEmptyAtWorst)
 {
     CountingUpdater updater;
-    int expected = 0;
     EXPECT_GE(allocation::ForEachFailure([&] {
+                  updater.count = 0;
                   TuvoWriteConsoleMessage(TUVO_MESSAGE_ERROR, L"%s", LongText);
                   EXPECT_EQ(TuvoPostMessageBox(0, L"", L"%s", LongText), TUVO_RESPONSE_OK);
-                  expected += 2;
+                  EXPECT_EQ(updater.count, 2);
               }),
               2);
-    EXPECT_EQ(updater.count, expected);
 }
 
 TEST(MessagesWithoutMemory, ShowAnErrorObjectOrSaySo)
@@ -71,17 +69,21 @@ TEST(MessagesWithoutMemory, LeaveDirectoriesAsTheyWere)
     EXPECT_STREQ(VEnvGetUserDirectory(), L"before");
     VEnvSetUserDirectory(L"");
 
-    BuString expectedTemporary;
-    VEnvGetTempPath(expectedTemporary);
-    const BuString expectedDirectory = TuvoGetAppDirectory();
-    EXPECT_GE(allocation::ForEachFailure([&] {
-                  BuString temporary;
-                  VEnvGetTempPath(temporary);
-                  EXPECT_TRUE(temporary.IsEmpty() || temporary == expectedTemporary);
-                  const BuString directory = TuvoGetAppDirectory();
-                  EXPECT_TRUE(directory.IsEmpty() || directory == expectedDirectory);
-              }),
-              1);
+    const BuString application = TuvoGetAppDirectory();
+    for (const wchar_t* const setting : {L"", LongText}) {
+        VEnvSetTempPath(setting);
+        BuString temporary;
+        VEnvGetTempPath(temporary);
+        EXPECT_GE(allocation::ForEachFailure([&] {
+                      BuString path(L"other");
+                      VEnvGetTempPath(path);
+                      EXPECT_TRUE(path.IsEmpty() ? allocation::HasFailed() : path == temporary);
+                      path = TuvoGetAppDirectory();
+                      EXPECT_TRUE(path.IsEmpty() ? allocation::HasFailed() : path == application);
+                  }),
+                  1);
+    }
+    VEnvSetTempPath(L"");
 }
 
 }  // namespace
