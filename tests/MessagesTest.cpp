@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -43,12 +44,10 @@ TEST(Messages, AreNotEvenFormattedWithoutUpdater)
 {
     ASSERT_EQ(TuvoEnvUpdater::GetUpdater(), nullptr);
     const auto* const unreadable = reinterpret_cast<const wchar_t*>(std::uintptr_t{8});
-    TuvoWriteConsoleMessage(TUVO_MESSAGE_ERROR, L"%s", unreadable);
-    TuvoWriteConsoleLinkMessage(TUVO_MESSAGE_ERROR, L"%s", unreadable);
-    TuvoWritePromptMessage(TUVO_MESSAGE_ERROR, L"%s", unreadable);
-    EXPECT_EQ(TuvoPostMessageBox(0, L"", L"%s", unreadable), TUVO_RESPONSE_NONE);
-    EXPECT_EQ(TuvoPostForcedMessageBox(0, L"", L"%s", unreadable), TUVO_RESPONSE_NONE);
-    TuvoPostDiagnosticMessage(TUVO_MESSAGE_ERROR, L"%s", unreadable);
+    for (const auto post : {TuvoWriteConsoleMessage, TuvoWriteConsoleLinkMessage, TuvoWritePromptMessage})
+        post(TUVO_MESSAGE_ERROR, L"%s", unreadable);
+    for (const auto post : {TuvoPostMessageBox, TuvoPostForcedMessageBox})
+        EXPECT_EQ(post(0, L"", L"%s", unreadable), TUVO_RESPONSE_NONE);
 }
 
 TEST(Messages, PromptsAloneAreBlocked)
@@ -92,6 +91,54 @@ TEST(DiagnosticMessages, ComeWhenTheSwitchIsOnAtTheFirstUse)
 
 // ---- The updater ---------------------------------------------------------------------------------------------------
 
+// The entry of a virtual operation in the table, which its pointer holds, counted behind the two of the destructor.
+template <typename Operation>
+std::uintptr_t SlotOf(Operation TuvoEnvUpdater::*operation)
+{
+    std::uintptr_t offset = 0;
+    std::memcpy(&offset, &operation, sizeof offset);
+    return (offset - 1) / sizeof(void*) - 1;
+}
+
+TEST(TuvoEnvUpdater, KeepsItsSlots)
+{
+    const std::uintptr_t slots[] = {
+        SlotOf(&TuvoEnvUpdater::WriteConsoleMessage),  SlotOf(&TuvoEnvUpdater::WritePromptMessage),
+        SlotOf(&TuvoEnvUpdater::PostMessageBox),       SlotOf(&TuvoEnvUpdater::CreateProcessWithOption),
+        SlotOf(&TuvoEnvUpdater::GetUserEnvDirectory),  SlotOf(&TuvoEnvUpdater::KillProcess),
+        SlotOf(&TuvoEnvUpdater::CheckProcess),         SlotOf(&TuvoEnvUpdater::GetCopyright),
+        SlotOf(&TuvoEnvUpdater::GetHomeDirectoryPath), SlotOf(&TuvoEnvUpdater::GetTempDirectoryPath),
+        SlotOf(&TuvoEnvUpdater::GetLogDirectoryPath)};
+    std::uintptr_t expected = 0;
+    for (const std::uintptr_t slot : slots)
+        EXPECT_EQ(slot, ++expected);
+}
+
+const wchar_t* (*const textServices[])() = {VEnvGetCopyright, VEnvGetHomeDirectoryPath, VEnvGetTempDirectoryPath,
+                                            VEnvGetLogDirectoryPath};
+
+TEST(HostServices, AreEmptyWithoutUpdaterAndByDefault)
+{
+    class DefaultUpdater : public TuvoEnvUpdater
+    {};
+    DefaultUpdater updater;
+    for (const int answer : {-1, 0}) {
+        TuvoEnvUpdater::SetUpdater(answer == 0 ? &updater : nullptr);
+        void* handle = nullptr;
+        int number = 1;
+        BuString directory(L"as before");
+        EXPECT_EQ(VEnvCreateProcessWithOption("a", "b", {}, &handle, &number, false), answer);
+        EXPECT_EQ(VEnvKillProcess(&number), answer);
+        EXPECT_EQ(VEnvCheckProcess(&number, &number), answer);
+        EXPECT_EQ(VEnvGetUserEnvDirectory(directory), 0);
+        EXPECT_STREQ(directory, L"as before");
+        for (const auto service : textServices)
+            EXPECT_EQ(service(), nullptr);
+        EXPECT_EQ(TuvoPostMessageBox(0, L"", L""), TUVO_RESPONSE_NONE);
+    }
+    TuvoEnvUpdater::SetUpdater(nullptr);
+}
+
 class ServiceUpdater : public RecordingUpdater
 {
 public:
@@ -110,128 +157,60 @@ public:
     }
     int KillProcess(void* processHandle) override { return processHandle == this ? 6 : 0; }
     int CheckProcess(void* processHandle, int* status) override { return processHandle == this ? *status = 7 : 0; }
-    const wchar_t* GetCopyright() override { return L"copyright"; }
-    const wchar_t* GetHomeDirectoryPath() override { return L"home"; }
-    const wchar_t* GetTempDirectoryPath() override { return L"temp"; }
-    const wchar_t* GetLogDirectoryPath() override { return L"log"; }
+    const wchar_t* GetCopyright() override { return L"0"; }
+    const wchar_t* GetHomeDirectoryPath() override { return L"1"; }
+    const wchar_t* GetTempDirectoryPath() override { return L"2"; }
+    const wchar_t* GetLogDirectoryPath() override { return L"3"; }
 };
 
-void ExpectNoServices(int processAnswer)
-{
-    void* handle = nullptr;
-    int number = 1;
-    BuString directory(L"as before");
-    EXPECT_EQ(VEnvCreateProcessWithOption("a", "b", {}, &handle, &number, false), processAnswer);
-    EXPECT_EQ(VEnvKillProcess(&number), processAnswer);
-    EXPECT_EQ(VEnvCheckProcess(&number, &number), processAnswer);
-    EXPECT_EQ(VEnvGetUserEnvDirectory(directory), 0);
-    EXPECT_STREQ(directory, L"as before");
-    for (const auto service :
-         {VEnvGetCopyright, VEnvGetHomeDirectoryPath, VEnvGetTempDirectoryPath, VEnvGetLogDirectoryPath})
-        EXPECT_EQ(service(), nullptr);
-    EXPECT_EQ(TuvoPostMessageBox(0, L"", L""), TUVO_RESPONSE_NONE);
-}
-
-TEST(HostServices, AreEmptyWithoutUpdaterAndByDefault)
-{
-    class DefaultUpdater : public TuvoEnvUpdater
-    {};
-    ExpectNoServices(-1);
-    DefaultUpdater updater;
-    TuvoEnvUpdater::SetUpdater(&updater);
-    ExpectNoServices(0);
-    TuvoEnvUpdater::SetUpdater(nullptr);
-}
-
-// Calls a virtual operation by its place in the table, as a host built apart does. The destructor has two entries.
-template <typename Result, typename... Arguments>
-Result CallSlot(TuvoEnvUpdater& updater, int slot, Arguments... arguments)
-{
-    void* const* table = nullptr;
-    std::memcpy(&table, static_cast<void*>(&updater), sizeof table);
-    return reinterpret_cast<Result (*)(TuvoEnvUpdater*, Arguments...)>(table[slot + 1])(&updater, arguments...);
-}
-
-TEST(TuvoEnvUpdater, KeepsItsSlotsAndServesThroughThem)
+TEST(HostServices, AreThoseOfTheUpdater)
 {
     ServiceUpdater updater;
-    CallSlot<void>(updater, 1, TUVO_MESSAGE_WARNING, L"one", false);
-    CallSlot<void>(updater, 2, TUVO_MESSAGE_WARNING, L"two", 1);
-    CallSlot<_TuvoMsgBoxResponse>(updater, 3, 0u, L"c", L"three", true);
-    EXPECT_EQ(updater.TakeLines(), (Lines{"console 1: one", "prompt 1: two", "forced box 0 [c]: three"}));
-
     const _ProcessOptions options{.workingDirectory = "c"};
     void* handle = nullptr;
     int number = 0;
-    EXPECT_EQ((CallSlot<int, const char*, const char*, const _ProcessOptions&>(updater, 4, "a", "b", options, &handle,
-                                                                               &number, false)),
-              4);
-    EXPECT_EQ(number, 13);
-    EXPECT_EQ(VEnvCreateProcessWithOption("a", "b", options, &handle, &number, true), 4);
-    EXPECT_EQ(number, 12);
-
     BuString directory;
-    EXPECT_EQ((CallSlot<int, BuString&>(updater, 5, directory)), 5);
+    for (const bool flag : {false, true}) {
+        EXPECT_EQ(VEnvCreateProcessWithOption("a", "b", options, &handle, &number, flag), 4);
+        EXPECT_EQ(number, flag ? 12 : 13);
+    }
     EXPECT_EQ(VEnvGetUserEnvDirectory(directory), 0);  // what the updater says is not passed on
     EXPECT_STREQ(directory, L"user");
-    EXPECT_EQ(CallSlot<int>(updater, 6, handle), 6);
     EXPECT_EQ(VEnvKillProcess(handle), 6);
-    EXPECT_EQ(CallSlot<int>(updater, 7, handle, &number), 7);
     EXPECT_EQ(VEnvCheckProcess(handle, &number), 7);
-
-    const struct
-    {
-        const wchar_t* (*service)();
-        int slot;
-        const wchar_t* text;
-    } rows[] = {{VEnvGetCopyright, 8, L"copyright"},
-                {VEnvGetHomeDirectoryPath, 9, L"home"},
-                {VEnvGetTempDirectoryPath, 10, L"temp"},
-                {VEnvGetLogDirectoryPath, 11, L"log"}};
-    for (const auto& row : rows) {
-        EXPECT_STREQ(CallSlot<const wchar_t*>(updater, row.slot), row.text);
-        EXPECT_STREQ(row.service(), row.text);
-    }
+    EXPECT_EQ(number, 7);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(textServices[i](), std::to_wstring(i));
 }
 
-TEST(ConsoleMessageHandler, IsKeptAndNeverCalled)
+TEST(ConsoleMessageHandler, IsKept)
 {
     class Handler : public ITuvoConsoleMsgHandler
     {
-        void WriteMessage(_TuvoMessageType, const wchar_t*) override { ADD_FAILURE(); }
+        void WriteMessage(_TuvoMessageType, const wchar_t*) override {}
     };
     Handler handler;
-    EXPECT_EQ(TuvoGetConsoleMessageHandler(), nullptr);
-    TuvoSetConsoleMessageHandler(&handler);
-    TuvoWriteConsoleMessage(TUVO_MESSAGE_ERROR, L"text");
-    EXPECT_EQ(TuvoGetConsoleMessageHandler(), &handler);
-    TuvoSetConsoleMessageHandler(nullptr);
+    for (ITuvoConsoleMsgHandler* const installed : {static_cast<ITuvoConsoleMsgHandler*>(&handler), {}}) {
+        TuvoSetConsoleMessageHandler(installed);
+        EXPECT_EQ(TuvoGetConsoleMessageHandler(), installed);
+    }
 }
 
 // ---- Error objects -------------------------------------------------------------------------------------------------
 
 TEST(ErrorObjects, AreToldApart)
 {
-    const BuErrObj* const cancel = VGetUserCancelWarning();
-    EXPECT_STREQ(cancel->GetMessageText(), L"Action cancelled");
+    EXPECT_STREQ(VGetUserCancelWarning()->GetMessageText(), L"Action cancelled");
+    using Answers = std::array<int, 4>;  // error, warning, cancelled, code
+    const auto ask = [](const BuErrObj* e) {
+        return Answers{VIsError(e), VIsWarning(e), VIsUserCancelWarning(e), VGetErrorID(e)};
+    };
     const BuErrObj errorWithThatCode(BU_ERR_FAILURE, 11, L"");
     const BuErrObj plainWarning(BU_ERR_WARNING, L"");
-    const struct
-    {
-        const BuErrObj* object;
-        int isError, isWarning, isCancel, code;
-    } rows[] = {
-        {nullptr, 0, 0, 0, -32768},
-        {cancel, 0, 1, 1, 11},
-        {&errorWithThatCode, 1, 0, 0, 11},
-        {&plainWarning, 0, 1, 0, -32768},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(VIsError(row.object), row.isError) << &row - rows;
-        EXPECT_EQ(VIsWarning(row.object), row.isWarning) << &row - rows;
-        EXPECT_EQ(VIsUserCancelWarning(row.object), row.isCancel) << &row - rows;
-        EXPECT_EQ(VGetErrorID(row.object), row.code) << &row - rows;
-    }
+    EXPECT_EQ(ask(nullptr), (Answers{0, 0, 0, -32768}));
+    EXPECT_EQ(ask(VGetUserCancelWarning()), (Answers{0, 1, 1, 11}));
+    EXPECT_EQ(ask(&errorWithThatCode), (Answers{1, 0, 0, 11}));
+    EXPECT_EQ(ask(&plainWarning), (Answers{0, 1, 0, -32768}));
 }
 
 TEST(ErrorObjects, AreShownByKind)
@@ -263,7 +242,6 @@ TEST(ErrorObjects, AreShownByKind)
     }
     EXPECT_EQ(VEnvPostError(nullptr), 1);
     TuvoWriteConsoleError(nullptr);
-    EXPECT_EQ(updater.TakeLines(), Lines());
     BuSetTranslator(nullptr);
 }
 
@@ -274,22 +252,18 @@ TEST(ErrorObjects, AreLoggedLineByLine)
         static_cast<Lines*>(lines)->push_back(std::to_string(level) + ':' + platform::Narrow(text));
     };
     BuLogger::GetInstance().SetSink(record, &log);
-    const struct
-    {
-        const BuErrObj* error;
-        Lines lines;
-    } rows[] = {
-        {BuSetErrorOfKind(BU_ERR_FAILURE, L"one\ntwo \t\r\nthree"), {"2:one", "2:two", "2:three", "2:   \n"}},
-        {BuSetErrorOfKind(BU_ERR_FAILURE, L"\n  \nend\n"), {"2: ", "2: ", "2:end", "2:   \n"}},
+    const std::pair<const BuErrObj*, Lines> rows[] = {
+        {BuSetErrorOfKind(BU_ERR_FAILURE, L"one\ntwo \t\r\n  \n\nend\n"),
+         {"2:one", "2:two", "2: ", "2: ", "2:end", "2:   \n"}},
         {BuSetErrorOfKind(BU_ERR_FATAL, L""), {"3:   \n"}},
         {BuSetErrorOfKind(BU_ERR_INFORMATION, L"5%% of %d"), {"0:5% of ", "0:   \n"}},
         {BuSetErrorOfKind(9, L"text"), {"0:text", "0:   \n"}},
         {nullptr, {}},
         {VGetUserCancelWarning(), {}},
     };
-    for (const auto& row : rows) {
-        TuvoLogError(row.error);
-        EXPECT_EQ(std::exchange(log, {}), row.lines) << &row - rows;
+    for (const auto& [error, lines] : rows) {
+        TuvoLogError(error);
+        EXPECT_EQ(std::exchange(log, {}), lines) << lines.size();
     }
     BuSetWarning(12, L"last");
     TuvoLogLastError();
@@ -297,21 +271,20 @@ TEST(ErrorObjects, AreLoggedLineByLine)
     BuLogger::GetInstance().SetSink(nullptr, nullptr);
 }
 
-std::string g_assertion;
+std::string g_assertions;
 
 TEST(Assertions, AreShownAndHandedOver)
 {
     BuSetAssertHandler([](int code, const char* file, int line) {
-        g_assertion = std::to_string(code) + ' ' + file + ' ' + std::to_string(line);
+        g_assertions += std::to_string(code) + ' ' + file + ' ' + std::to_string(line) + '|';
     });
     char expression[] = "a % b == 0";
     char file[] = "Mesh.cpp";
     VAssert(expression, file, 12);  // without updater the handler is called all the same
-    EXPECT_EQ(g_assertion, "0 Mesh.cpp 12");
     RecordingUpdater updater;
     VAssert(expression, file, 13);
     VAssert(nullptr, nullptr, -1);
-    EXPECT_EQ(g_assertion, "0  -1");
+    EXPECT_EQ(g_assertions, "0 Mesh.cpp 12|0 Mesh.cpp 13|0  -1|");
     EXPECT_EQ(updater.TakeLines(), (Lines{"console 0: Assertion 'a % b == 0' reached at Mesh.cpp:13",
                                           "console 0: Assertion '' reached at :-1"}));
     BuSetAssertHandler(nullptr);
@@ -322,19 +295,16 @@ TEST(Assertions, AreShownAndHandedOver)
 TEST(Directories, AreKeptAsGiven)
 {
     EXPECT_STREQ(VEnvGetUserDirectory(), L"");
-    VEnvSetUserDirectory(L"C:\\work/");
-    VEnvSetUserDirectory(nullptr);
-    EXPECT_STREQ(VEnvGetUserDirectory(), L"C:\\work/");
-    VEnvSetUserDirectory(L"");
-
     BuString path;
-    VEnvSetTempPath(L"scratch");
-    VEnvSetTempPath(nullptr);
-    VEnvGetTempPath(path);
-    EXPECT_STREQ(path, L"scratch");
-    VEnvSetTempPath(L"");
-    VEnvGetTempPath(path);
-    EXPECT_EQ(path.GetText(), platform::TemporaryDirectory());
+    for (const wchar_t* const given : {L"C:\\work/", L""}) {
+        VEnvSetUserDirectory(given);
+        VEnvSetUserDirectory(nullptr);
+        EXPECT_STREQ(VEnvGetUserDirectory(), given);
+        VEnvSetTempPath(given);
+        VEnvSetTempPath(nullptr);
+        VEnvGetTempPath(path);
+        EXPECT_EQ(path.GetText(), *given != 0 ? given : platform::TemporaryDirectory());
+    }
 }
 
 TEST(Directories, TheApplicationsOwnIsThatOfTheLibrary)

@@ -28,13 +28,13 @@ CHILD_SCENARIO(LibraryEvents)
 
 TEST(LibraryEvent, WarnsOfAnExplicitUnloadWhenAskedTo)
 {
-    const ChildResult silent = RunChild("LibraryEvents", {{L"QD_ENABLE_DLL_UNLOAD_WARNING", std::nullopt}});
-    EXPECT_EQ(silent.exitCode, 0);
-    EXPECT_EQ(silent.output, "");
-
-    const ChildResult warned = RunChild("LibraryEvents", {{L"QD_ENABLE_DLL_UNLOAD_WARNING", L"1"}});
-    EXPECT_EQ(warned.exitCode, 0);
-    EXPECT_EQ(warned.output, "console 0: 'TuvoUtil' dll is getting unloaded with application still running!\n");
+    for (const bool isAsked : {false, true}) {
+        const std::optional<std::wstring> value = isAsked ? std::optional<std::wstring>(L"1") : std::nullopt;
+        const ChildResult result = RunChild("LibraryEvents", {{L"QD_ENABLE_DLL_UNLOAD_WARNING", value}});
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_EQ(result.output,
+                  isAsked ? "console 0: 'TuvoUtil' dll is getting unloaded with application still running!\n" : "");
+    }
 }
 
 }  // namespace
