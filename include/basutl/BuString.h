@@ -15,6 +15,7 @@
 
 #include <basutl/Export.h>
 
+#include <compare>
 #include <cstdarg>
 #include <string>
 
@@ -49,6 +50,8 @@ public:
     BuString& operator+=(const wchar_t* text) noexcept;  // null adds nothing
     BuString& operator+=(wchar_t character) noexcept;
     friend BASUTL_API BuString operator+(const BuString& left, const BuString& right) noexcept;
+    friend BuString operator+(const BuString& left, wchar_t right) noexcept { return left + (BuString() += right); }
+    friend BuString operator+(wchar_t left, const BuString& right) noexcept { return (BuString() += left) + right; }
 
     // Replaces the text by a printf-style format with its arguments, with one meaning on every system:
     //   %s %ls %ws wide text      %S %hs narrow text      %c %lc wide character      %C %hc narrow character
@@ -128,8 +131,17 @@ public:
     // The narrow text of the system (see the constructor). Empty when memory was exhausted.
     std::string ToNarrow() const noexcept;
 
+    // All six comparisons, with the order of Compare, also against a text of type const wchar_t*.
     friend bool operator==(const BuString& left, const BuString& right) noexcept { return left.m_text == right.m_text; }
-    friend bool operator<(const BuString& left, const BuString& right) noexcept { return left.Compare(right) < 0; }
+    friend bool operator==(const BuString& left, const wchar_t* right) noexcept { return left.Compare(right) == 0; }
+    friend std::weak_ordering operator<=>(const BuString& left, const BuString& right) noexcept
+    {
+        return left.Compare(right) <=> 0;
+    }
+    friend std::weak_ordering operator<=>(const BuString& left, const wchar_t* right) noexcept
+    {
+        return left.Compare(right) <=> 0;
+    }
 
 private:
     std::wstring m_text;

@@ -45,6 +45,7 @@ TEST(BuString, JoinsAndTakesApart)
     EXPECT_STREQ(text, L"bolt_bolt_t_");
     text = text.GetText() + 5;
     EXPECT_STREQ(text + L"." + text.Left(4), L"bolt_t_.bolt");
+    EXPECT_STREQ(L'<' + text + L'>', L"<bolt_t_>");
     EXPECT_STREQ(text.Mid(-3, 2), L"bo");
     EXPECT_STREQ(text.Mid(4, 100), L"_t_");
     EXPECT_STREQ(text.Mid(7, 1), L"");
@@ -254,8 +255,12 @@ TEST(BuString, OrdersByUtf16Units)
     for (int l = 0; l < 13; ++l)
         for (int r = 0; r < 13; ++r) {
             EXPECT_EQ(SignOf(BuString(ordered[l]).Compare(ordered[r])), SignOf(l - r)) << l << ' ' << r;
-            EXPECT_EQ(BuString(ordered[l]) < BuString(ordered[r]), l < r);
-            EXPECT_EQ(BuString(ordered[l]) == BuString(ordered[r]), l == r);
+            const BuString left = ordered[l];
+            const BuString right = ordered[r];
+            // Both kinds; without operators of its own a text would compare by its address.
+            EXPECT_TRUE((left < right) == (l < r) && (left < ordered[r]) == (l < r)) << l << ' ' << r;
+            EXPECT_TRUE((left > right) == (l > r) && (ordered[l] > right) == (l > r)) << l << ' ' << r;
+            EXPECT_TRUE((left == right) == (l == r) && (left == ordered[r]) == (l == r)) << l << ' ' << r;
         }
     EXPECT_EQ(BuString(L"").Compare(nullptr), 0);
     EXPECT_GT(BuString(L"a").Compare(nullptr), 0);
