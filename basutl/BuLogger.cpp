@@ -3,6 +3,7 @@
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 
+#include <basutl/BuNumber.h>
 #include <basutl/BuString.h>
 
 #include <cstdio>
@@ -21,7 +22,7 @@ bool IsLevelWritten(int level) noexcept
 {
     return platform::Guarded(false, [=] {
         const auto lowest = platform::EnvironmentValue(L"BU_LOG_LEVEL");
-        return lowest && level >= BuString(lowest->c_str()).ToInt();
+        return lowest && level >= BuReadInt(platform::Narrow(*lowest).c_str());
     });
 }
 

@@ -1,13 +1,15 @@
 #include <basutl/BuVariable.h>
 
+#include "basutl/BuNumberScan.h"
 #include "basutl/ThreadState.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 
+#include <basutl/BuCharacter.h>
 #include <basutl/BuNumber.h>
-#include <basutl/BuString.h>
 
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace {
@@ -19,19 +21,20 @@ std::optional<std::wstring> Value(const char* name)
     return platform::EnvironmentValue(platform::Widen(name).c_str());
 }
 
-bool IsNonzeroNumber(const BuString& text)
+bool IsNonzeroNumber(const char* text)
 {
-    const std::string narrow = text.ToNarrow();
     const char* end = nullptr;
-    const double number = BuReadDouble(narrow.c_str(), &end);
+    const double number = BuReadDouble(text, &end);
     return *end == '\0' && (number < 0 || number > 0);
 }
 
-bool MeansTrue(BuString text)
+bool MeansTrue(std::string text)
 {
-    text.TrimLeft().TrimRight();  // a command file's `set X=1 && ...` leaves a blank behind the value
-    return text.CompareNoCase(L"true") == 0 || text.CompareNoCase(L"yes") == 0 || text.CompareNoCase(L"on") == 0 ||
-           IsNonzeroNumber(text);
+    while (!text.empty() && BuIsSpace(text.back()))  // a command file's `set X=1 && ...` leaves a blank there
+        text.pop_back();
+    const char* const first = number::SkipSpaces(text.c_str());
+    const auto is = [first](const char* word) { return BuCompareNoCase(first, word) == 0; };
+    return is("true") || is("yes") || is("on") || IsNonzeroNumber(first);
 }
 
 }  // namespace
@@ -42,7 +45,7 @@ bool BuVariableGetBoolean(const char* name, bool defaultValue) noexcept
         return defaultValue;
     return platform::Guarded(defaultValue, [=] {
         const auto value = Value(name);
-        return value ? MeansTrue(value->c_str()) : defaultValue;
+        return value ? MeansTrue(platform::Narrow(*value)) : defaultValue;
     });
 }
 

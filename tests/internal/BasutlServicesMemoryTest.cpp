@@ -106,6 +106,15 @@ TEST(LoggerMemory, ALineOnStandardErrorIsCompleteOrDropped)
     EXPECT_LE(dropped, failures);
 }
 
+TEST(LoggerMemory, ATextBelowTheLevelIsNeverWritten)
+{
+    platform::SetEnvironmentValue(L"BU_LOG_LEVEL", L"               3");
+    testing::internal::CaptureStderr();
+    ForEachFailure([] { BuLogger::GetInstance().LogText(1, L"x"); });
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    platform::SetEnvironmentValue(L"BU_LOG_LEVEL", std::nullopt);
+}
+
 TEST(VariableMemory, GivesTheDefaultOrTheValue)
 {
     platform::SetEnvironmentValue(L"BASUTL_TEST_VARIABLE", LongText);
@@ -113,11 +122,14 @@ TEST(VariableMemory, GivesTheDefaultOrTheValue)
         const wchar_t* const value = BuVariableGetValue("BASUTL_TEST_VARIABLE");
         EXPECT_STREQ(value, allocation::HasFailed() ? nullptr : LongText);
     });
-    platform::SetEnvironmentValue(L"BASUTL_TEST_VARIABLE", L"  1                                        ");
-    ForEachFailure([] {
-        const bool value = BuVariableGetBoolean("BASUTL_TEST_VARIABLE", true);
-        EXPECT_TRUE(value || allocation::HasFailed());
-    });
+    for (const bool value : {false, true}) {
+        platform::SetEnvironmentValue(L"BASUTL_TEST_VARIABLE", value ? L"                1" : L"                0");
+        const bool defaultValue = !value;
+        ForEachFailure([&] {
+            const bool result = BuVariableGetBoolean("BASUTL_TEST_VARIABLE", defaultValue);
+            EXPECT_EQ(result, allocation::HasFailed() ? defaultValue : value);
+        });
+    }
     platform::SetEnvironmentValue(L"BASUTL_TEST_VARIABLE", std::nullopt);
 }
 
