@@ -36,13 +36,17 @@ bool EndsWithSeparator(const wchar_t* path)
     return length > 0 && IsSeparator(path[length - 1]);
 }
 
+// Empty when the path is, or when the working directory is needed and gone.
+std::wstring Absolute(const wchar_t* path)
+{
+    return MakeAbsolute(path, platform::WorkingDirectory(), platform::Separator());
+}
+
 // One text for one file, whichever path led to it.
 std::wstring Identity(const wchar_t* path)
 {
     std::wstring canonical = platform::CanonicalPath(path);
-    if (!canonical.empty())
-        return canonical;
-    return MakeAbsolute(path, platform::WorkingDirectory(), platform::Separator());
+    return canonical.empty() ? Absolute(path) : canonical;
 }
 
 // ---- Free names ----------------------------------------------------------------------------------------------------
@@ -145,7 +149,9 @@ BuString BuFileUtl::GetFileTitle() const noexcept
 void BuFileUtl::NormalizePath() noexcept
 {
     platform::Guarded(false, [this] {
-        m_path = MakeAbsolute(m_path.GetText(), platform::WorkingDirectory(), platform::Separator()).c_str();
+        const std::wstring absolute = Absolute(m_path);
+        if (!absolute.empty())
+            m_path = absolute.c_str();
         return true;
     });
 }

@@ -43,14 +43,16 @@ std::wstring_view StartOf(std::wstring_view path, std::wstring_view workingDirec
     return isRooted ? workingDirectory.substr(0, RootLength(workingDirectory, true)) : workingDirectory;
 }
 
-// The path with its root, "." and ".." still in it.
+// The path with its root, "." and ".." still in it. Empty when the path is, or when it lacks a working directory.
 std::wstring Complete(std::wstring_view path, std::wstring_view workingDirectory, wchar_t separator)
 {
     const bool hasDrives = separator == L'\\';
     const std::size_t root = RootLength(path, hasDrives);
     const bool isComplete = hasDrives ? root > 2 : root > 0;
-    if (isComplete || workingDirectory.empty())
+    if (isComplete)
         return std::wstring(path);
+    if (path.empty() || workingDirectory.empty())
+        return {};
     const std::wstring_view start = hasDrives ? StartOf(path, workingDirectory) : workingDirectory;
     std::wstring complete(start);
     complete += separator;
@@ -76,8 +78,6 @@ void Enter(std::wstring& directory, std::size_t root, std::wstring_view name, wc
 
 std::wstring MakeAbsolute(std::wstring_view path, std::wstring_view workingDirectory, wchar_t separator)
 {
-    if (path.empty())
-        return {};
     const std::wstring complete = Complete(path, workingDirectory, separator);
     std::wstring absolute = complete.substr(0, RootLength(complete, separator == L'\\'));
     std::replace_if(absolute.begin(), absolute.end(), IsSeparator, separator);

@@ -18,5 +18,6 @@ constexpr std::size_t FindLastName(std::wstring_view path) noexcept
 // The absolute form of a path with every separator as `separator`, without "." and "..", which does not leave the root,
 // and without a trailing separator except that of a root. The rules are those of the system that writes `separator`:
 // with '\' a path may begin with a drive or with the server and share of a network, and "\a" and "C:a" take what they
-// lack from the working directory. An empty path stays empty.
+// lack from the working directory. Empty for an empty path, and for one that starts from a working directory which is not
+// known (empty).
 std::wstring MakeAbsolute(std::wstring_view path, std::wstring_view workingDirectory, wchar_t separator);

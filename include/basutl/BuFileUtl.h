@@ -33,7 +33,8 @@ public:
     BuString GetFileTitle() const noexcept;
 
     // Makes the path absolute and removes "." and ".." by text alone, so that a link before ".." is not followed.
-    // Separators become the system's, trailing ones go. Unchanged when empty or memory is exhausted.
+    // Separators become the system's, trailing ones go. Unchanged when empty, when the working directory is needed and
+    // gone, or when memory is exhausted.
     void NormalizePath() noexcept;
 
     // Copies the file, its times and permissions, onto `destination`, replacing it as a whole or not at all.
@@ -47,7 +48,8 @@ public:
     static bool IsDirectoryName(const wchar_t* path) noexcept;
 
     // Whether two paths lead to the same place: their paths without links, "." and ".." are the same text, or for what
-    // does not exist their absolute paths are. The case of ASCII letters counts on Linux only.
+    // does not exist their absolute paths are. The case of ASCII letters counts on Linux only. False when a relative
+    // path has no working directory to start from.
     static bool AreSamePath(const wchar_t* left, const wchar_t* right) noexcept;
 
     // Removes a file, or an empty directory; a link is removed, not what it leads to. True when it is gone, also when

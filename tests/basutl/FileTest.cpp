@@ -94,6 +94,22 @@ TEST_F(FileUtility, AreMadeAbsoluteFromTheWorkingDirectory)
     EXPECT_STREQ(none.GetFullName(), L"");
 }
 
+TEST_F(FileUtility, StayRelativeWhereTheWorkingDirectoryIsGone)
+{
+    const std::filesystem::path before = std::filesystem::current_path();
+    const std::wstring folder = CreateFolder(L"gone");
+    std::filesystem::current_path(platform::Narrow(folder));
+    const bool isGone = BuFileUtl::RemoveADirectory(folder.c_str()) && platform::WorkingDirectory().empty();
+    BuFileUtl file(L"../none");
+    file.NormalizePath();
+    const bool areSame = BuFileUtl::AreSamePath(L"../none", L"none");
+    std::filesystem::current_path(before);
+    if (!isGone)
+        GTEST_SKIP() << "this system keeps working directories";
+    EXPECT_STREQ(file.GetFullName(), L"../none");
+    EXPECT_FALSE(areSame);
+}
+
 TEST_F(FileUtility, AreTheSameWhateverPathLeadsToThem)
 {
     CreateFolder(L"sub");

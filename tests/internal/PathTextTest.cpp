@@ -35,7 +35,9 @@ TEST(PathText, BecomesAbsoluteByTheRulesOfItsSystem)
         EXPECT_EQ(MakeAbsolute(row.path, L"C:\\work\\job", L'\\'), row.onWindows) << testing::PrintToString(row.path);
     }
     EXPECT_EQ(MakeAbsolute(L"\\a", L"\\\\server\\share\\job", L'\\'), L"\\\\server\\share\\a");
-    EXPECT_EQ(MakeAbsolute(L"a/../../b", L"", L'/'), L"b");  // the working directory is gone
+    for (const wchar_t separator : {L'/', L'\\'})
+        EXPECT_EQ(MakeAbsolute(L"../b", L"", separator), L"");  // the working directory is gone
+    EXPECT_EQ(MakeAbsolute(L"/a/..\\b", L"", L'/'), L"/b");
 }
 
 }  // namespace
