@@ -6,7 +6,7 @@
 
 #include <basutl/Export.h>
 
-// Gives the current tick: nanoseconds from an arbitrary start.
+// Gives the current tick: nanoseconds from an arbitrary start. It must not throw.
 using BuTickSource = long long (*)();
 
 // The clock of all chronometers. Null brings the steady clock back. For tests; not locked.

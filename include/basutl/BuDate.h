@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-// Gives the current time in seconds since 1970-01-01 UTC.
+// Gives the current time in seconds since 1970-01-01 UTC. It must not throw.
 using BuTimeSource = std::int64_t (*)();
 
 // The clock of BuDate. Null brings the system's clock back. For tests; not locked.

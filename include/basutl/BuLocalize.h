@@ -3,7 +3,8 @@
 
 #include <basutl/Export.h>
 
-// Gives the translation of a text, or null for none. The result must stay valid as long as the translator is installed.
+// Gives the translation of a text, or null for none. The result must stay valid as long as the translator is
+// installed. It must not throw.
 using BuTranslator = const wchar_t* (*)(const wchar_t* text, int context);
 
 // The text as the installed translator gives it; the text itself when there is no translator, no translation, or null.

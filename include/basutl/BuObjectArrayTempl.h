@@ -21,7 +21,8 @@
 template <typename T>
 class BuObjectArrayTempl
 {
-    static_assert(std::is_nothrow_move_constructible_v<T> && std::is_nothrow_destructible_v<T>);
+    static_assert(std::is_nothrow_move_constructible_v<T> && std::is_nothrow_move_assignable_v<T>);
+    static_assert(std::is_nothrow_destructible_v<T>);
     static_assert(alignof(T) <= alignof(std::max_align_t));
 
 public:
@@ -93,6 +94,7 @@ public:
     // Adds copies of all items of another array; false, with nothing added, when memory is exhausted.
     bool Append(const BuObjectArrayTempl& other) noexcept
     {
+        static_assert(std::is_nothrow_copy_constructible_v<T>);
         const int added = other.m_count;
         if (added > INT_MAX - m_count || !Reserve(m_count + added))
             return false;
