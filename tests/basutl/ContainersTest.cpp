@@ -31,27 +31,17 @@ TEST(BuObjectArrayTempl, BehavesLikeAVector)
         for (int i = 0; i < 2000; ++i) {
             const int count = ours.GetCount();
             const int index = static_cast<int>(random() % static_cast<unsigned>(count + 1));
-            switch (random() % 5) {
-                case 0:
-                    if (index < count) {
-                        ours.RemoveAt(index);
-                        expected.erase(expected.begin() + index);
-                    }
-                    break;
-                case 1:
-                    EXPECT_EQ(ours.Add(Counted{i, token}), count);
-                    expected.push_back(i);
-                    break;
-                default:
-                    EXPECT_EQ(ours.Insert(index, Counted{i, token}), index);
-                    expected.insert(expected.begin() + index, i);
+            if (random() % 4 == 0 && index < count) {
+                ours.RemoveAt(index);
+                expected.erase(expected.begin() + index);
+            } else {
+                EXPECT_EQ(index == count ? ours.Add({i, token}) : ours.Insert(index, {i, token}), index);
+                expected.insert(expected.begin() + index, i);
             }
-            ASSERT_TRUE(std::equal(ours.begin(), ours.end(), expected.begin(), expected.end(),
-                                   [](const Counted& item, int value) { return item.value == value; }))
-                << "after change " << i;
+            ASSERT_TRUE(std::ranges::equal(ours, expected, {}, &Counted::value)) << "after change " << i;
         }
         EXPECT_EQ(token.use_count(), 1 + ours.GetCount());
-        EXPECT_EQ(ours.Insert(1'000'000, Counted{1, token}), static_cast<int>(expected.size()));
+        EXPECT_EQ(ours.Insert(1'000'000, {1, token}), static_cast<int>(expected.size()));
     }
     EXPECT_EQ(token.use_count(), 1);
 }
@@ -86,12 +76,12 @@ TEST(BuTreeItemTempl, StaysValidThroughEveryChange)
             child->AppendChild(-i)->AppendChild(i);
             expected.push_back(i);
         } else {
-            const auto index = random() % expected.size();
+            const auto index = static_cast<std::ptrdiff_t>(random() % expected.size());
             Item::Node* node = root.GetFirstChildNode();
             for (auto step = index; step > 0; --step)
                 node = node->next;
             root.RemoveChild(node);
-            expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(index));
+            expected.erase(expected.begin() + index);
         }
         std::vector<int> values;
         for (const Item::Node* node = root.GetFirstChildNode(); node != nullptr; node = node->next)

@@ -31,20 +31,16 @@ class FileUtility : public testing::Test
 {
 protected:
     std::wstring Path(const std::wstring& name) const { return m_folder.Path() + name; }
-    std::wstring Create(const std::wstring& name, const char* text = "") const
+    BuFileUtl At(const std::wstring& name) const { return BuFileUtl(Path(name).c_str()); }
+    std::wstring Create(const std::wstring& name) const
     {
-        const std::wstring path = Path(name);
-        std::FILE* const file = platform::OpenFile(path.c_str(), L"wb");
-        EXPECT_NE(file, nullptr);
-        if (file != nullptr) {
-            std::fputs(text, file);
-            std::fclose(file);
-        }
-        return path;
+        std::FILE* const file = platform::OpenFile(Path(name).c_str(), L"wb");
+        EXPECT_TRUE(file != nullptr && std::fclose(file) == 0);
+        return Path(name);
     }
     std::wstring CreateFolder(const std::wstring& name) const
     {
-        EXPECT_TRUE(BuFileUtl(Path(name).c_str()).CreateDir());
+        EXPECT_TRUE(At(name).CreateDir());
         return Path(name);
     }
     // False where links need rights that this process does not have.
@@ -54,6 +50,15 @@ protected:
         std::filesystem::create_directory_symlink(platform::Narrow(target), platform::Narrow(Path(name)), error);
         return !error;
     }
+    Names Find(const std::wstring& pattern) const
+    {
+        Names names;
+        BuFileFind find;
+        BuString name;
+        for (bool more = find.FindFirstFileName(Path(pattern).c_str(), name); more; more = find.FindNextFileName(name))
+            names.push_back(name.GetText());
+        return names;
+    }
 
     TemporaryFolder m_folder;
 };
@@ -62,40 +67,30 @@ protected:
 
 TEST_F(FileUtility, HavePathNameAndTitle)
 {
-    const struct
-    {
-        const wchar_t *full, *path, *name, *title;
-    } rows[] = {
-        {L"a/b\\part.inp", L"a/b\\", L"part.inp", L"part.inp"},
-        {L"part", L"", L"part", L"part"},
-        {L"a\\b/", L"a\\b/", L"", L"b"},
-        {L"/", L"/", L"", L""},
-        {L"a//\\", L"a//\\", L"", L"a"},
-        {L"", L"", L"", L""},
-    };
-    for (const auto& row : rows) {
-        const BuFileUtl file(row.full);
-        EXPECT_STREQ(file.GetFullName(), row.full);
-        EXPECT_STREQ(file.GetPath(), row.path) << row.full;
-        EXPECT_STREQ(file.GetFileName(), row.name) << row.full;
-        EXPECT_STREQ(file.GetFileTitle(), row.title) << row.full;
+    const wchar_t* const rows[][4] = {// whole, path, name, title
+                                      {L"a/b\\part.inp", L"a/b\\", L"part.inp", L"part.inp"},
+                                      {L"part", L"", L"part", L"part"},
+                                      {L"a\\b/", L"a\\b/", L"", L"b"},
+                                      {L"a//\\", L"a//\\", L"", L"a"},
+                                      {L"/", L"/", L"", L""},
+                                      {L"", L"", L"", L""}};
+    for (const auto& [whole, path, name, title] : rows) {
+        const BuFileUtl file(whole);
+        EXPECT_STREQ(file.GetFullName(), whole);
+        EXPECT_STREQ(file.GetPath(), path) << whole;
+        EXPECT_STREQ(file.GetFileName(), name) << whole;
+        EXPECT_STREQ(file.GetFileTitle(), title) << whole;
     }
     EXPECT_STREQ(BuFileUtl(static_cast<const wchar_t*>(nullptr)).GetFullName(), L"");
 }
 
-TEST_F(FileUtility, AreMadeAbsoluteFromTheWorkingDirectory)
+TEST_F(FileUtility, AreMadeAbsoluteFromTheWorkingDirectoryIfThereIsOne)
 {
-    BuFileUtl file(L"a\\./b/../part.inp");
-    file.NormalizePath();
+    BuFileUtl present(L"a\\./b/../part.inp");
+    present.NormalizePath();
     const std::wstring expected = platform::WorkingDirectory() + L"/a/part.inp";
-    EXPECT_STREQ(file.GetFullName(), HasDrives() ? WithBackslashes(expected).c_str() : expected.c_str());
-    BuFileUtl none(L"");
-    none.NormalizePath();
-    EXPECT_STREQ(none.GetFullName(), L"");
-}
+    EXPECT_EQ(present.GetFullName().GetText(), HasDrives() ? WithBackslashes(expected) : expected);
 
-TEST_F(FileUtility, StayRelativeWhereTheWorkingDirectoryIsGone)
-{
     const std::filesystem::path before = std::filesystem::current_path();
     const std::wstring folder = CreateFolder(L"gone");
     std::filesystem::current_path(platform::Narrow(folder));
@@ -104,32 +99,35 @@ TEST_F(FileUtility, StayRelativeWhereTheWorkingDirectoryIsGone)
     file.NormalizePath();
     const bool areSame = BuFileUtl::AreSamePath(L"../none", L"none");
     std::filesystem::current_path(before);
-    if (!isGone)
-        GTEST_SKIP() << "this system keeps working directories";
-    EXPECT_STREQ(file.GetFullName(), L"../none");
-    EXPECT_FALSE(areSame);
+    if (isGone) {  // Windows keeps it
+        EXPECT_STREQ(file.GetFullName(), L"../none");
+        EXPECT_FALSE(areSame);
+    }
 }
 
 TEST_F(FileUtility, AreTheSameWhateverPathLeadsToThem)
 {
     CreateFolder(L"sub");
     const std::wstring file = Create(L"part.inp");
-    const std::wstring other = Create(L"other.inp");
-    EXPECT_TRUE(BuFileUtl::AreSamePath(file.c_str(), file.c_str()));
-    EXPECT_TRUE(BuFileUtl::AreSamePath(file.c_str(), Path(L"sub/../part.inp").c_str()));
-    EXPECT_TRUE(BuFileUtl::AreSamePath(file.c_str(), WithBackslashes(file).c_str()));
-    EXPECT_TRUE(BuFileUtl::AreSamePath(m_folder.Path().c_str(), Path(L"sub/..").c_str()));
-    EXPECT_FALSE(BuFileUtl::AreSamePath(file.c_str(), other.c_str()));
-    EXPECT_EQ(BuFileUtl::AreSamePath(file.c_str(), Path(L"PART.inp").c_str()), HasDrives());
-    if (CreateLink(L"link", m_folder.Path())) {
-        EXPECT_TRUE(BuFileUtl::AreSamePath(file.c_str(), Path(L"link/part.inp").c_str()));
-    }
-
-    EXPECT_TRUE(BuFileUtl::AreSamePath(Path(L"none/./x").c_str(), Path(L"none\\x").c_str()));
-    EXPECT_TRUE(BuFileUtl::AreSamePath(L"none", (platform::WorkingDirectory() + L"/none").c_str()));
-    EXPECT_FALSE(BuFileUtl::AreSamePath(Path(L"none").c_str(), file.c_str()));
+    const bool hasLink = CreateLink(L"link", m_folder.Path());
+    const struct
+    {
+        std::wstring left, right;
+        bool areSame;
+    } rows[] = {{file, Path(L"sub/../part.inp"), true},
+                {file, WithBackslashes(file), true},
+                {file, Path(L"link/part.inp"), hasLink},
+                {file, Path(L"PART.inp"), HasDrives()},
+                {file, Create(L"other.inp"), false},
+                {m_folder.Path(), Path(L"sub/.."), true},
+                {Path(L"none/./x"), Path(L"none\\x"), true},
+                {L"none", platform::WorkingDirectory() + L"/none", true},
+                {Path(L"none"), file, false},
+                {L"", L"", false}};
+    for (const auto& row : rows)
+        EXPECT_EQ(BuFileUtl::AreSamePath(row.left.c_str(), row.right.c_str()), row.areSame)
+            << testing::PrintToString(row.right);
     EXPECT_FALSE(BuFileUtl::AreSamePath(nullptr, file.c_str()));
-    EXPECT_FALSE(BuFileUtl::AreSamePath(L"", L""));
 }
 
 // ---- Files and directories -----------------------------------------------------------------------------------------
@@ -141,61 +139,45 @@ TEST_F(FileUtility, AreToldFromDirectories)
     {
         std::wstring path;
         bool isFile, isDirectory, isDirectoryName;
-    } rows[] = {
-        {file, true, false, false},
-        {WithBackslashes(file), true, false, false},
-        {m_folder.Path(), false, true, true},
-        {CreateFolder(L"sub"), false, true, true},
-        {Path(L"none"), false, false, false},
-        {Path(L"none/"), false, false, true},
-        {Path(L"none\\"), false, false, true},
-        {L"", false, false, false},
-    };
+    } rows[] = {{file, true, false, false},
+                {CreateFolder(L"sub"), false, true, true},
+                {m_folder.Path(), false, true, true},
+                {Path(L"none"), false, false, false},
+                {Path(L"none/"), false, false, true},
+                {Path(L"none\\"), false, false, true},
+                {L"", false, false, false}};
     for (const auto& row : rows) {
         const BuFileUtl path(row.path.c_str());
+        const bool isDirectoryName = BuFileUtl::IsDirectoryName(path.GetFullName());
         EXPECT_EQ(path.FileIsExisting(), row.isFile) << testing::PrintToString(row.path);
         EXPECT_EQ(path.DirectoryIsExisting(), row.isDirectory) << testing::PrintToString(row.path);
         EXPECT_EQ(path.DirectoryHasWritePermission(), row.isDirectory) << testing::PrintToString(row.path);
-        EXPECT_EQ(BuFileUtl::IsDirectoryName(row.path.c_str()), row.isDirectoryName)
-            << testing::PrintToString(row.path);
+        EXPECT_EQ(isDirectoryName, row.isDirectoryName) << testing::PrintToString(row.path);
     }
     EXPECT_FALSE(BuFileUtl::IsDirectoryName(nullptr));
 }
 
 TEST_F(FileUtility, CreateDirectoriesWithTheirParents)
 {
-    for (const wchar_t* const name : {L"a/b/c", L"a\\b\\c\\d", L"e//f\\", L"a"}) {
-        const BuFileUtl folder(Path(name).c_str());
-        EXPECT_TRUE(folder.CreateDir()) << name;
-        EXPECT_TRUE(folder.DirectoryIsExisting()) << name;
-    }
+    for (const wchar_t* const name : {L"a/b/c", L"a\\b\\c\\d", L"e//f\\", L"a"})
+        EXPECT_TRUE(At(name).CreateDir() && At(name).DirectoryIsExisting()) << name;
     Create(L"file");
-    EXPECT_FALSE(BuFileUtl(Path(L"file").c_str()).CreateDir());
-    EXPECT_FALSE(BuFileUtl(Path(L"file/below").c_str()).CreateDir());
-    EXPECT_FALSE(BuFileUtl(L"").CreateDir());
+    EXPECT_FALSE(At(L"file").CreateDir() || At(L"file/below").CreateDir() || BuFileUtl(L"").CreateDir());
 }
 
 TEST_F(FileUtility, AreCopiedOverOthersAndRemoved)
 {
-    const std::wstring source = Create(L"source", "new");
-    const std::wstring target = Create(L"target", "old and longer");
-    EXPECT_TRUE(BuFileUtl(source.c_str()).CopyIn(target.c_str()));
-    EXPECT_EQ(ReadBinaryFile(target), "new");
-    EXPECT_FALSE(BuFileUtl(source.c_str()).CopyIn(Path(L"none/target").c_str()));
-    EXPECT_FALSE(BuFileUtl(source.c_str()).CopyIn(nullptr));
-    EXPECT_FALSE(BuFileUtl(Path(L"none").c_str()).CopyIn(target.c_str()));
+    const BuFileUtl source(m_folder.Write("folder", "new").c_str());
+    const std::wstring target = m_folder.Write("target", "old and longer");
+    EXPECT_TRUE(source.CopyIn(target.c_str()));
+    EXPECT_FALSE(source.CopyIn(Path(L"none/target").c_str()) || source.CopyIn(nullptr));
     EXPECT_FALSE(BuFileUtl(m_folder.Path().c_str()).CopyIn(target.c_str()));
     EXPECT_EQ(ReadBinaryFile(target), "new");
 
-    const std::wstring folder = CreateFolder(L"folder");
-    Create(L"folder/file");
-    EXPECT_FALSE(BuFileUtl::RemoveADirectory(folder.c_str()));
-    EXPECT_TRUE(BuFileUtl::RemoveAFile(Path(L"folder\\file").c_str()));
-    EXPECT_TRUE(BuFileUtl::RemoveADirectory(folder.c_str()));
-    EXPECT_FALSE(BuFileUtl(folder.c_str()).DirectoryIsExisting());
-    EXPECT_FALSE(BuFileUtl::RemoveAFile(m_folder.Path().c_str()));
-    EXPECT_FALSE(BuFileUtl::RemoveAFile(nullptr));
-    EXPECT_FALSE(BuFileUtl::RemoveADirectory(nullptr));
+    EXPECT_FALSE(BuFileUtl::RemoveADirectory(m_folder.Path().c_str()));
+    EXPECT_TRUE(BuFileUtl::RemoveAFile(target.c_str()) && !At(L"target").FileIsExisting());
+    EXPECT_TRUE(BuFileUtl::RemoveADirectory(CreateFolder(L"sub").c_str()) && !At(L"sub").DirectoryIsExisting());
+    EXPECT_FALSE(BuFileUtl::RemoveAFile(nullptr) || BuFileUtl::RemoveADirectory(nullptr));
 }
 
 TEST_F(FileUtility, ListTheDirectoriesDirectlyInside)
@@ -205,46 +187,37 @@ TEST_F(FileUtility, ListTheDirectoriesDirectlyInside)
         CreateFolder(name);
     Create(L"file");
     CreateLink(L"link", Path(L"b"));
-    const bool hasCase = !BuFileUtl::AreSamePath(Path(L"b").c_str(), Path(L"B").c_str());
 
     Names expected = {L"B", L"a", L"b", L"\U0001D11E", L"\uff5e"};
-    if (!hasCase)
+    if (HasDrives())
         expected.erase(expected.begin());  // "B" was there already, as "b"
     BuObjectArrayTempl<BuString> names;
-    for (const std::wstring& path : {m_folder.Path(), Path(L"a/.."), WithBackslashes(m_folder.Path())}) {
-        EXPECT_EQ(BuFileUtl(path.c_str()).GetSubDirectories(names), static_cast<int>(expected.size()));
+    for (const wchar_t* const name : {L"", L"a/..", L"a\\.."}) {
+        EXPECT_EQ(At(name).GetSubDirectories(names), static_cast<int>(expected.size()));
         EXPECT_EQ(Names(names.begin(), names.end()), expected);
     }
-    EXPECT_EQ(BuFileUtl(Path(L"a/below").c_str()).GetSubDirectories(names), 0);
+    EXPECT_EQ(At(L"a/below").GetSubDirectories(names), 0);
     EXPECT_EQ(names.GetCount(), 0);
-    for (const std::wstring& path : {Path(L"none"), Path(L"file"), std::wstring()})
-        EXPECT_EQ(BuFileUtl(path.c_str()).GetSubDirectories(names), -1);
+    for (const BuFileUtl& none : {At(L"none"), At(L"file"), BuFileUtl(L"")})
+        EXPECT_EQ(none.GetSubDirectories(names), -1);
 }
 
 // ---- Free names ----------------------------------------------------------------------------------------------------
 
 TEST_F(FileUtility, GetFreeNamesBesideTakenOnes)
 {
-    const struct
-    {
-        const wchar_t *name, *second, *third;
-    } rows[] = {
-        {L"abc2345.tmp", L"abc2345_1.tmp", L"abc2345_2.tmp"},
-        {L"part.old.inp", L"part.old_1.inp", L"part.old_2.inp"},
-        {L"none", L"none_1", L"none_2"},
-        {L".profile", L".profile_1", L".profile_2"},
-    };
+    const wchar_t* const rows[][3] = {{L"part.old.inp", L"part.old_1.inp", L"part.old_2.inp"},
+                                      {L"none", L"none_1", L"none_2"},
+                                      {L".profile", L".profile_1", L".profile_2"}};
     CreateFolder(L"d.ir");
-    for (const std::wstring folder : {L"", L"d.ir\\"}) {
-        for (const auto& row : rows) {
-            const std::wstring path = Path(folder + row.name);
-            EXPECT_EQ(BuFileUtl::GetFreeFileName(path.c_str(), false).GetText(), path);
-            EXPECT_FALSE(BuFileUtl(path.c_str()).FileIsExisting());
-            for (const wchar_t* const expected : {row.name, row.second, row.third}) {
-                const BuString name = BuFileUtl::GetFreeFileName(path.c_str(), true);
-                EXPECT_EQ(name.GetText(), Path(folder + expected));
-                EXPECT_TRUE(BuFileUtl(name).FileIsExisting());
-            }
+    for (const auto& row : rows) {
+        const std::wstring path = Path(std::wstring(L"d.ir\\") + row[0]);
+        EXPECT_EQ(BuFileUtl::GetFreeFileName(path.c_str(), false).GetText(), path);
+        EXPECT_FALSE(BuFileUtl(path.c_str()).FileIsExisting());
+        for (const wchar_t* const expected : row) {
+            const BuString name = BuFileUtl::GetFreeFileName(path.c_str(), true);
+            EXPECT_EQ(name.GetText(), Path(std::wstring(L"d.ir\\") + expected));
+            EXPECT_TRUE(BuFileUtl(name).FileIsExisting());
         }
     }
 }
@@ -263,17 +236,6 @@ TEST_F(FileUtility, GetNoFreeNameWhereNoneCanBe)
 
 // ---- Walks ---------------------------------------------------------------------------------------------------------
 
-Names Find(const std::wstring& pattern)
-{
-    Names names;
-    BuFileFind find;
-    BuString name;
-    for (bool more = find.FindFirstFileName(pattern.c_str(), name); more; more = find.FindNextFileName(name))
-        names.push_back(name.GetText());
-    find.FindCloseName();
-    return names;
-}
-
 TEST_F(FileUtility, AreFoundByPatternInOrder)
 {
     for (const wchar_t* const name : {L"b.inp", L"a.inp", L"a1.inp", L"ab", L"\u00e9.inp"})
@@ -284,23 +246,16 @@ TEST_F(FileUtility, AreFoundByPatternInOrder)
     {
         const wchar_t* pattern;
         Names names;
-    } rows[] = {
-        {L"*", {L"a.inp", L"a1.inp", L"ab", L"b.inp", L"sub.inp", L"\u00e9.inp"}},
-        {L"a*", {L"a.inp", L"a1.inp", L"ab"}},
-        {L"a?*.inp", {L"a1.inp"}},
-        {L"?.i*p", {L"a.inp", L"b.inp", L"\u00e9.inp"}},
-        {L"**b**", {L"ab", L"b.inp", L"sub.inp"}},
-        {L"a.inp", {L"a.inp"}},
-        {L"A.INP", HasDrives() ? Names{L"a.inp"} : Names{}},
-        {L"a.in", {}},
-        {L"", {}},
-        {L"?", {}},
-        {L"sub.inp\\*", {L"below.inp"}},
-        {L"a.inp\\*", {}},
-        {L"none\\*", {}},
-    };
+    } rows[] = {{L"*", {L"a.inp", L"a1.inp", L"ab", L"b.inp", L"sub.inp", L"\u00e9.inp"}},
+                {L"a?*.inp", {L"a1.inp"}},
+                {L"?.i*p", {L"a.inp", L"b.inp", L"\u00e9.inp"}},
+                {L"**b**", {L"ab", L"b.inp", L"sub.inp"}},
+                {L"A.INP", HasDrives() ? Names{L"a.inp"} : Names{}},
+                {L"sub.inp\\*", {L"below.inp"}}};
     for (const auto& row : rows)
-        EXPECT_EQ(Find(Path(row.pattern)), row.names) << testing::PrintToString(row.pattern);
+        EXPECT_EQ(Find(row.pattern), row.names) << testing::PrintToString(row.pattern);
+    for (const wchar_t* const none : {L"a.in", L"", L"?", L"a.inp\\*", L"none\\*"})
+        EXPECT_EQ(Find(none), Names()) << testing::PrintToString(none);
 }
 
 TEST_F(FileUtility, AreFoundQuicklyByPatternsWithManyStars)
@@ -310,8 +265,8 @@ TEST_F(FileUtility, AreFoundQuicklyByPatternsWithManyStars)
     std::wstring pattern;
     for (int i = 0; i < 30; ++i)
         pattern += L"a*";
-    EXPECT_EQ(Find(Path(pattern + L"b")), Names());  // takes for ever when every star is retried
-    EXPECT_EQ(Find(Path(pattern + L"a")), Names{name});
+    EXPECT_EQ(Find(pattern + L"b"), Names());  // takes for ever when every star is retried
+    EXPECT_EQ(Find(pattern + L"a"), Names{name});
 }
 
 TEST_F(FileUtility, AreWalkedUntilTheWalkIsForgotten)
@@ -321,14 +276,12 @@ TEST_F(FileUtility, AreWalkedUntilTheWalkIsForgotten)
     BuFileFind find;
     BuString name = L"before";
     EXPECT_FALSE(find.FindNextFileName(name));
-    EXPECT_FALSE(find.FindFirstFileName(nullptr, name));
-    EXPECT_FALSE(find.FindFirstFileName(Path(L"x*").c_str(), name));
+    EXPECT_FALSE(find.FindFirstFileName(nullptr, name) || find.FindFirstFileName(Path(L"x*").c_str(), name));
     EXPECT_STREQ(name, L"before");
-
-    ASSERT_TRUE(find.FindFirstFileName(Path(L"*").c_str(), name));
-    EXPECT_STREQ(name, L"a");
-    ASSERT_TRUE(find.FindFirstFileName(Path(L"*").c_str(), name));
-    EXPECT_STREQ(name, L"a");
+    for (int walk = 0; walk < 2; ++walk) {
+        ASSERT_TRUE(find.FindFirstFileName(Path(L"*").c_str(), name));
+        EXPECT_STREQ(name, L"a");
+    }
     BuFileUtl::RemoveAFile(Path(L"b").c_str());  // a walk sees the directory as it was at its start
     ASSERT_TRUE(find.FindNextFileName(name));
     EXPECT_STREQ(name, L"b");

@@ -28,12 +28,11 @@ TEST(ErrorMemory, AnErrorComesWithoutMemoryForItsText)
 {
     const long failures = ForEachFailure([] {
         const BuErrObj* const error = BuSetError(5, LongText);
-        ASSERT_NE(error, nullptr);
         EXPECT_EQ(error->GetKind(), BU_ERR_FAILURE);
         EXPECT_STREQ(error->GetMessageText(), allocation::HasFailed() ? L"" : LongText);
     });
     EXPECT_GT(failures, 0);
-    ForEachFailure([] { EXPECT_NE(BuSetNativeError(LongText, 2), nullptr); });
+    ForEachFailure([] { EXPECT_EQ(BuSetNativeError(LongText, 2)->GetKind(), BU_ERR_FAILURE); });
 }
 
 TEST(ErrorMemory, AThreadWithoutMemoryForItsRingStillGetsItsErrors)
@@ -47,9 +46,7 @@ TEST(ErrorMemory, AThreadWithoutMemoryForItsRingStillGetsItsErrors)
         allocation::FailFrom(0);
         EXPECT_EQ(last, nullptr);
         int code = 0;
-        EXPECT_EQ(first->GetErrorCode(code), 1);
-        EXPECT_EQ(code, 11);
-        EXPECT_EQ(first->GetKind(), BU_ERR_WARNING);
+        EXPECT_TRUE(first->GetErrorCode(code) == 1 && code == 11 && first->GetKind() == BU_ERR_WARNING);
         EXPECT_STREQ(first->GetMessageText(), L"");
 
         EXPECT_STREQ(BuSetError(LongText)->GetMessageText(), LongText);
@@ -57,37 +54,12 @@ TEST(ErrorMemory, AThreadWithoutMemoryForItsRingStillGetsItsErrors)
     }).join();
 }
 
-int g_logged;
-std::wstring g_lastText;
-
-TEST(LoggerMemory, ATextIsCompleteOrDropped)
+TEST(LoggerMemory, ATextIsWrittenWholeOrDropped)
 {
-    BuLogger& logger = BuLogger::GetInstance();
-    const std::wstring complete = std::wstring(LongText) + L" 12";
-    g_lastText.reserve(200);
-    logger.SetSink(
-        [](int, const wchar_t* text, void*) {
-            ++g_logged;
-            g_lastText = text;
-        },
-        nullptr);
-    ForEachFailure([&] {
-        g_logged = 0;
-        logger.Log(1, L"%s %d", LongText, 12);
-        EXPECT_LE(g_logged, 1);
-        EXPECT_TRUE(g_logged == 1 ? g_lastText == complete : allocation::HasFailed());
-        logger.LogWithoutArguments(1, LongText);
-        logger.LogText(1, LongText);
-        EXPECT_EQ(g_lastText, LongText);
-    });
-    logger.SetSink(nullptr, nullptr);
-}
-
-TEST(LoggerMemory, ALineOnStandardErrorIsCompleteOrDropped)
-{
-    platform::SetEnvironmentValue(L"BU_LOG_LEVEL", L"1");
+    platform::SetEnvironmentValue(L"BU_LOG_LEVEL", L"                 1");
     testing::internal::CaptureStderr();
     const long failures = ForEachFailure([] {
+        BuLogger::GetInstance().LogText(0, L"never: below the level");
         BuOutputMessage(1, LongText);
         BuAssert(5, "Solver.cpp", 12);
     });
@@ -104,15 +76,6 @@ TEST(LoggerMemory, ALineOnStandardErrorIsCompleteOrDropped)
     }
     EXPECT_GT(dropped, 0);
     EXPECT_LE(dropped, failures);
-}
-
-TEST(LoggerMemory, ATextBelowTheLevelIsNeverWritten)
-{
-    platform::SetEnvironmentValue(L"BU_LOG_LEVEL", L"               3");
-    testing::internal::CaptureStderr();
-    ForEachFailure([] { BuLogger::GetInstance().LogText(1, L"x"); });
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    platform::SetEnvironmentValue(L"BU_LOG_LEVEL", std::nullopt);
 }
 
 TEST(VariableMemory, GivesTheDefaultOrTheValue)
@@ -199,11 +162,11 @@ TEST_F(XmlMemory, NothingEscapesFromAParserWhoseAllocatorThrows)
 TEST(FileMemory, QuestionsAndWorkFailCleanly)
 {
     const TemporaryFolder folder;
-    folder.Write("a file whose name is longer than a string's storage.inp", "");
+    const std::wstring taken = folder.Write("a file whose name is longer than a string's storage.inp", "");
+    const std::wstring free = folder.Path("a file whose name is longer than a string's storage_1.inp");
     const std::wstring pattern = folder.Path() + L"*.inp";
-    const std::wstring sub = folder.Path("a directory whose name is longer than a string's storage/x/y");
-    ASSERT_TRUE(BuFileUtl(sub.c_str()).CreateDir());
-
+    ASSERT_TRUE(
+        BuFileUtl(folder.Path("a directory whose name is longer than a string's storage/x").c_str()).CreateDir());
     ForEachFailure([&] {
         BuObjectArrayTempl<BuString> names;
         const int count = BuFileUtl(folder.Path().c_str()).GetSubDirectories(names);
@@ -215,15 +178,8 @@ TEST(FileMemory, QuestionsAndWorkFailCleanly)
         BuString name;
         const bool isFound = find.FindFirstFileName(pattern.c_str(), name);
         EXPECT_TRUE(isFound || allocation::HasFailed());
-        EXPECT_STREQ(name, isFound ? L"a file whose name is longer than a string's storage.inp" : L"");
+        EXPECT_STREQ(name, isFound ? taken.c_str() + folder.Path().size() : L"");
     });
-}
-
-TEST(FileMemory, AFreeNameIsFreeOrEmpty)
-{
-    const TemporaryFolder folder;
-    const std::wstring taken = folder.Write("a file whose name is longer than a string's storage.inp", "");
-    const std::wstring free = folder.Path("a file whose name is longer than a string's storage_1.inp");
     for (const bool create : {false, true}) {
         ForEachFailure([&] {
             const BuString name = BuFileUtl::GetFreeFileName(taken.c_str(), create);
