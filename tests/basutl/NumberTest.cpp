@@ -115,7 +115,9 @@ protected:
                                        "9007199254740993",
                                        "1.5,5",
                                        "-0",
-                                       "-1e-400"})
+                                       "-1e-400",
+                                       "18446744073709551616",
+                                       "0x10000000000000000"})
             Add(text);
         Add("0." + std::string(5000, '0') + "1e5001");
         Add("1" + std::string(5000, '0') + "e-5000");
@@ -178,7 +180,7 @@ TEST(BuReadInteger, AgreesWithStrtoll)
     }
 }
 
-TEST(BuReadInteger, TakesNoPrefixAndNoOtherBase)
+TEST(BuReadInteger, TakesNoPrefixNoOtherBaseAndStaysAtItsLimits)
 {
     const char* end;
     EXPECT_EQ(BuReadInteger("0x10", &end, 16), 0);
@@ -188,6 +190,11 @@ TEST(BuReadInteger, TakesNoPrefixAndNoOtherBase)
         EXPECT_STREQ(end, "10");
     }
     EXPECT_EQ(BuReadInteger(nullptr), 0);
+    using Limits = std::numeric_limits<long long>;
+    for (const char* const text : {"9223372036854775807", "9223372036854775808", "99999999999999999999"})
+        EXPECT_EQ(BuReadInteger(text), Limits::max());
+    for (const char* const text : {"-9223372036854775808", "-9223372036854775809"})
+        EXPECT_EQ(BuReadInteger(text), Limits::min());
     EXPECT_EQ(BuReadInt("99999999999"), 1215752191);
 }
 
