@@ -91,7 +91,7 @@ TEST_F(FileUtility, AreMadeAbsoluteFromTheWorkingDirectoryIfThereIsOne)
     const std::wstring expected = platform::WorkingDirectory() + L"/a/part.inp";
     EXPECT_EQ(present.GetFullName().GetText(), HasDrives() ? WithBackslashes(expected) : expected);
 
-    const std::filesystem::path before = std::filesystem::current_path();
+    const std::string before = platform::Narrow(platform::WorkingDirectory());
     const std::wstring folder = CreateFolder(L"gone");
     std::filesystem::current_path(platform::Narrow(folder));
     const bool isGone = BuFileUtl::RemoveADirectory(folder.c_str()) && platform::WorkingDirectory().empty();

@@ -55,12 +55,13 @@ protected:
     }
 
     // Prints a value with some of the flags and a width or precision among the arguments, both ways. Left out is what C
-    // libraries disagree on: '0' beside '-', and how %a rounds ties.
+    // libraries disagree on: '0' beside '-' or with %g, and how %a rounds ties.
     template <typename Value>
     static void Print(const char* flags, const std::string& conversion, Value value)
     {
-        const bool isWidth = Below(3) == 0 || BuToLower(conversion.back()) == 'a';
-        std::string format = Below(2) == 0 ? "%-" : isWidth ? "%" : "%0";
+        const char letter = BuToLower(conversion.back());
+        const bool isWidth = Below(3) == 0 || letter == 'a';
+        std::string format = Below(2) == 0 ? "%-" : isWidth || letter == 'g' ? "%" : "%0";
         for (const char* flag = flags; *flag != '\0'; ++flag)
             if (Below(3) == 0)
                 format += *flag;
@@ -117,6 +118,7 @@ TEST(Format, PrintsEveryDigitThatIsAskedFor)
 {
     // Rounding to the next power of ten keeps the zeros that '#' asks for, which some C libraries forget.
     EXPECT_EQ(Formatted(L"%#g %g %#.2g", 999999.5, 999999.5, 9.96e8), L"1.00000e+06 1e+06 1.0e+09");
+    EXPECT_EQ(Formatted(L"%010.9g", 524288000.0), L"0524288000");
     EXPECT_EQ(Formatted(L"%.1300f", 0.5), L"0.5" + std::wstring(1299, L'0'));
     EXPECT_EQ(Formatted(L"%#.1300g", 1e-300).size(), std::wstring(L"1.e-300").size() + 1299);
     EXPECT_EQ(Formatted(L"%010f|%+f|%F|%5f", std::nan(""), std::nan(""), -std::numeric_limits<double>::infinity(),

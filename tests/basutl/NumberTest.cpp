@@ -110,7 +110,6 @@ protected:
                                        " +",
                                        "infinite",
                                        "-infinity",
-                                       "nan(-)",
                                        "nan(1",
                                        "9007199254740993",
                                        "1.5,5",
@@ -150,6 +149,7 @@ TEST(BuReadDouble, ReadsWhatCLibrariesDisagreeOn)
                         {"0x0.1p-99999999999", 0, 18},
                         {"nan(1_zA)", std::nan(""), 9},
                         {"-NAN()x", std::nan(""), 6},
+                        {"nan(-)", std::nan(""), 3},
                         {"0x1.e15309dEC5D7180000000p-1023", 0x1.e15309dec5d72p-1023, 31}};
     for (const auto& row : rows) {
         const char* end;
