@@ -15,6 +15,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -33,6 +34,9 @@ namespace platform {
 // Windows: the active code page.
 std::wstring Widen(std::string_view narrow);
 std::string Narrow(std::wstring_view wide);
+
+// vsnprintf as it prints in the C locale, whatever the locale of the process or the thread; -1 when it fails.
+int PrintInCLocale(char* target, std::size_t size, const char* format, va_list arguments) noexcept;
 
 // ---- Environment and process ---------------------------------------------------------------------------------------
 
