@@ -1,0 +1,96 @@
+#include <TuvoUtil/TrackedFile.h>
+
+#include "platform/Platform.h"
+#include "support/ChildProcess.h"
+#include "support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <string>
+#include <vector>
+
+namespace {
+
+bool IsPosix()
+{
+    return platform::Separator() == L'/';
+}
+
+bool WriteThrough(const std::string& path, const char* mode, const char* text)
+{
+    std::FILE* const stream = TuvoFOpen(path.c_str(), mode, __FILE__, __LINE__);
+    if (stream == nullptr)
+        return false;
+    std::fputs(text, stream);
+    return TuvoFClose(stream, __FILE__, __LINE__) == 0;
+}
+
+TEST(TrackedFile, OpensAnyNameWithEitherSeparator)
+{
+    const TemporaryFolder folder;
+    platform::CreateOneDirectory(folder.Path("sub").c_str());
+    std::vector<std::string> names = {"plain.txt", " a  b.txt", "$(x);`y`'&%z%.txt", "-r", "sub/below", "sub\\below"};
+    if (IsPosix())
+        names.insert(names.end(), {"\"quoted\"\n", "gr\xC3\xBC\xC3\x9F", "stray \xFF\xC3", "*?<>|:"});
+    for (const std::string& name : names) {
+        const std::string path = folder.NarrowPath() + name;
+        EXPECT_TRUE(WriteThrough(path, "w", "one")) << name;
+        EXPECT_TRUE(WriteThrough(path, "ab", "+two")) << name;
+        EXPECT_EQ(ReadBinaryFile(platform::Widen(path)), "one+two") << name;
+        EXPECT_EQ(TuvoAccess(path.c_str(), 4, nullptr, 0), 0) << name;
+    }
+    EXPECT_EQ(ReadBinaryFile(folder.Path("sub/below")), ReadBinaryFile(folder.Path("sub\\below")));
+}
+
+TEST(TrackedFile, IsNullWhereNothingCanBeOpened)
+{
+    const TemporaryFolder folder;
+    folder.Write("file", "text");
+    const std::string file = folder.NarrowPath("file");
+    const std::string missing = folder.NarrowPath("missing/file");
+    const std::string directory = folder.NarrowPath();
+    const struct
+    {
+        const char *path, *mode;
+    } rows[] = {{nullptr, "r"},           {file.c_str(), nullptr},  {nullptr, nullptr},     {"", "w"},
+                {file.c_str(), ""},       {missing.c_str(), "r"},   {missing.c_str(), "w"}, {directory.c_str(), "r"},
+                {directory.c_str(), "w"}, {file.c_str(), "no mode"}};
+    for (const auto& row : rows) {
+        errno = 0;
+        EXPECT_EQ(TuvoFOpen(row.path, row.mode, __FILE__, __LINE__), nullptr) << &row - rows;
+        EXPECT_NE(errno, 0) << &row - rows;
+    }
+    EXPECT_EQ(ReadBinaryFile(folder.Path("file")), "text");
+    EXPECT_EQ(TuvoFClose(nullptr, __FILE__, __LINE__), EOF);
+}
+
+TEST(TrackedFile, AccessKnowsFourModes)
+{
+    const TemporaryFolder folder;
+    folder.Write("file", "");
+    const std::string missing = folder.NarrowPath("missing");
+    for (const std::string& path : {folder.NarrowPath("file"), folder.NarrowPath()}) {
+        for (const int mode : {0, 2, 4, 6}) {
+            EXPECT_EQ(TuvoAccess(path.c_str(), mode, nullptr, 0), 0) << path << mode;
+            EXPECT_EQ(TuvoAccess(missing.c_str(), mode, nullptr, 0), -1) << mode;
+            EXPECT_EQ(TuvoAccess(nullptr, mode, nullptr, 0), -1) << mode;
+        }
+        for (const int mode : {-1, 1, 3, 5, 7, 8})
+            EXPECT_EQ(TuvoAccess(path.c_str(), mode, nullptr, 0), -1) << path << mode;
+    }
+}
+
+TEST(TrackedFile, SystemGivesTheExitStatusOfTheCommand)
+{
+    for (const int status : {0, 3, 255})
+        EXPECT_EQ(TuvoSystem(("exit " + std::to_string(status)).c_str(), nullptr, 0), status);
+    EXPECT_EQ(TuvoSystem(nullptr, nullptr, 0), -1);
+
+    const TemporaryFolder folder;
+    const std::string file = folder.NarrowPath(IsPosix() ? "gr\xC3\xBC\xC3\x9F \xFF" : "a b");
+    EXPECT_EQ(TuvoSystem(("echo text> \"" + file + '"').c_str(), nullptr, 0), 0);
+    EXPECT_EQ(ReadTextFile(platform::Widen(file)), "text\n");
+}
+
+}  // namespace
