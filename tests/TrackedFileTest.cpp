@@ -68,16 +68,11 @@ TEST(TrackedFile, IsNullWhereNothingCanBeOpened)
 TEST(TrackedFile, AccessKnowsFourModes)
 {
     const TemporaryFolder folder;
-    folder.Write("file", "");
-    const std::string missing = folder.NarrowPath("missing");
-    for (const std::string& path : {folder.NarrowPath("file"), folder.NarrowPath()}) {
-        for (const int mode : {0, 2, 4, 6}) {
-            EXPECT_EQ(TuvoAccess(path.c_str(), mode, nullptr, 0), 0) << path << mode;
-            EXPECT_EQ(TuvoAccess(missing.c_str(), mode, nullptr, 0), -1) << mode;
-            EXPECT_EQ(TuvoAccess(nullptr, mode, nullptr, 0), -1) << mode;
-        }
-        for (const int mode : {-1, 1, 3, 5, 7, 8})
-            EXPECT_EQ(TuvoAccess(path.c_str(), mode, nullptr, 0), -1) << path << mode;
+    for (const int mode : {0, 2, 4, 6, -1, 1, 3, 5, 7, 8}) {
+        const bool isKnown = mode >= 0 && mode < 8 && mode % 2 == 0;
+        EXPECT_EQ(TuvoAccess(folder.NarrowPath().c_str(), mode, nullptr, 0), isKnown ? 0 : -1) << mode;
+        EXPECT_EQ(TuvoAccess(folder.NarrowPath("missing").c_str(), mode, nullptr, 0), -1) << mode;
+        EXPECT_EQ(TuvoAccess(nullptr, mode, nullptr, 0), -1) << mode;
     }
 }
 
