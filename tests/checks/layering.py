@@ -39,7 +39,8 @@ PUBLIC_HEADERS = {
     "Messages.h": "Diagnostics", "Environment.h": "Diagnostics", "TrackedFile.h": "Diagnostics",
     "Memory.h": "TuvoMemory", "LeakChecker.h": "TuvoMemory", "FixedHeap.h": "VFixedHeap",
     "Units.h": "VUnit", "StringBreak.h": "VUtlStr", "IdList.h": "VUtlStr", "StringMatch.h": "VUtlStr",
-    "StringClean.h": "VUtlStr", "NumberText.h": "VUtlStr", "Export.h": None, "Types.h": None,
+    "StringClean.h": "VUtlStr", "NumberText.h": "VUtlStr", "IntegrityCheck.h": "IntegrityCheck",
+    "Export.h": None, "Types.h": None,
 }
 
 SYSTEM_CONDITIONAL = re.compile(r"^\s*#\s*(?:el)?if.*(_WIN32|_WIN64|__linux__|__unix__|__MINGW|__APPLE__|_MSC_VER)")
