@@ -22,7 +22,7 @@ public:
     {}
     TrackedPtr(TrackedPtr&& other) noexcept : m_block(other.Release()), m_module(other.m_module), m_line(other.m_line)
     {}
-    TrackedPtr& operator=(TrackedPtr&& other)
+    TrackedPtr& operator=(TrackedPtr&& other) noexcept
     {
         Reset(other.Release());
         return *this;
