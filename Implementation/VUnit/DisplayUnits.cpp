@@ -1,5 +1,6 @@
 #include "VUnit/DisplayUnits.h"
 
+#include "Kernels/DelimiterScan.h"
 #include "TuvoMemory/ModuleNames.h"
 #include "TuvoMemory/ScratchBuffer.h"
 #include "VUnit/Catalogue.h"
@@ -9,11 +10,8 @@
 #include <basutl/BuCharacter.h>
 #include <basutl/BuNumber.h>
 
-#include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <iterator>
 
 namespace {
@@ -26,31 +24,13 @@ struct Entry
 };
 using Entries = ScratchBuffer<Entry, 64>;
 
-// ---- Eight characters at once --------------------------------------------------------------------------------------
-
-constexpr std::uint64_t Each = 0x0101010101010101;
-
-std::uint64_t Eight(const char* text)
-{
-    std::uint64_t eight = 0;
-    std::memcpy(&eight, text, sizeof eight);
-    return eight;
-}
-
-// The number of times that a character stands in a text.
 std::size_t Count(std::string_view text, char c)
 {
     std::size_t count = 0;
-    for (; text.size() >= 8; text.remove_prefix(8)) {
-        const std::uint64_t others = Eight(text.data()) ^ Each * static_cast<unsigned char>(c);
-        const std::uint64_t low = 0x7F * Each;
-        const std::uint64_t marks = ~(((others & low) + low) | others | low);  // the high bit of each that is c
-        count += static_cast<std::size_t>((marks >> 7) * Each >> 56);
-    }
-    return count + static_cast<std::size_t>(std::count(text.begin(), text.end(), c));
+    kernels::ForEachChunk(text.data(), text.size(), kernels::DelimiterSet(c),
+                          [&](const kernels::Chunk& chunk) { count += kernels::CountBits(chunk.masks, chunk.blocks); });
+    return count;
 }
-
-// ---- Lists ---------------------------------------------------------------------------------------------------------
 
 bool EndsName(char c)
 {

@@ -15,7 +15,7 @@ MAY_INCLUDE = {
     "Diagnostics": ["basutl", "platform"],
     "VFixedHeap": ["basutl"],
     "TuvoMemory": ["VFixedHeap", "Diagnostics"],
-    "VUnit": ["TuvoMemory"],
+    "VUnit": ["TuvoMemory", "Kernels"],
     "VUnitUtil": ["VUnit"],
     "VUtlStr": ["TuvoMemory", "Kernels"],
     "VUtlGen": ["VUtlStr", "Kernels"],
