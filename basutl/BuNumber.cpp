@@ -3,24 +3,18 @@
 #include "basutl/BuNumberScan.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <system_error>
 
 namespace {
 
-// How the characters of a text are read: one that ends with a NUL, and one that ends before `last` as if one stood there.
-struct Terminated
-{
-    char At(const char* place) const { return *place; }
-};
-
-struct Bounded
-{
-    const char* last;
-    char At(const char* place) const { return place != last ? *place : '\0'; }
-};
+using number::Bounded;
+using number::Terminated;
 
 // A number is its digits, read as one integer, times a power of 10, or of 2 when it is hexadecimal.
 struct Number
@@ -170,9 +164,7 @@ double ReadWord(Text text, const char* first, const char*& end)
 template <typename Text>
 double Read(Text text, const char* first, const char** end)
 {
-    const char* next = first;
-    while (BuIsSpace(text.At(next)))
-        ++next;
+    const char* next = number::SkipSpaces(first, text);
     const bool negative = text.At(next) == '-';
     next += negative || text.At(next) == '+';
     const char* behind = nullptr;
@@ -182,6 +174,78 @@ double Read(Text text, const char* first, const char** end)
     if (behind == nullptr)
         return 0.0;
     return negative ? -value : value;
+}
+
+// White space, then an integer; `end` stays at `start` when there is none.
+template <typename Text>
+long long ReadInteger(Text text, const char* start, const char** end, int base)
+{
+    const char* behind = start;
+    long long value = 0;
+    if (start != nullptr && base >= 2 && base <= 36) {
+        const char* const first = number::SkipSpaces(start, text);
+        value = number::ReadInteger(first, base, &behind, text);
+        if (behind == first)
+            behind = start;
+    }
+    if (end != nullptr)
+        *end = behind;
+    return value;
+}
+
+// ---- Writing -------------------------------------------------------------------------------------------------------
+
+// The three digits of each number below 1000, zeros in front included, in the bytes of a word from the lowest on; the
+// highest byte tells the bits of the zeros in front, of which the last digit is none.
+constexpr auto Groups = [] {
+    std::array<std::uint32_t, 1000> groups{};
+    for (std::uint32_t i = 0; i < 1000; ++i) {
+        const std::uint32_t zeroBits = i < 10 ? 16 : (i < 100 ? 8 : 0);
+        groups[i] = ('0' + i / 100) | ('0' + i / 10 % 10) << 8 | ('0' + i % 10) << 16 | zeroBits << 24;
+    }
+    return groups;
+}();
+static_assert(std::endian::native == std::endian::little);
+
+// Writes three digits, in a word of four characters.
+char* WriteGroup(char* to, std::uint32_t number)
+{
+    std::memcpy(to, &Groups[number], sizeof Groups[number]);
+    return to + 3;
+}
+
+// The same without zeros in front.
+char* WriteFirstGroup(char* to, std::uint32_t number)
+{
+    const std::uint32_t zeroBits = Groups[number] >> 24;
+    const std::uint32_t digits = Groups[number] >> zeroBits;
+    std::memcpy(to, &digits, sizeof digits);
+    return to + 3 - zeroBits / 8;
+}
+
+constexpr std::uint32_t ThreeGroups = 1'000'000'000;
+
+char* WriteBelowThreeGroups(char* to, std::uint32_t number)
+{
+    if (number < 1000)
+        return WriteFirstGroup(to, number);
+    const std::uint32_t thousands = number / 1000;
+    if (thousands < 1000)
+        to = WriteFirstGroup(to, thousands);
+    else
+        to = WriteGroup(WriteFirstGroup(to, thousands / 1000), thousands % 1000);
+    return WriteGroup(to, number % 1000);
+}
+
+char* WriteMagnitude(char* to, std::uint64_t magnitude)
+{
+    if (magnitude < ThreeGroups)
+        return WriteBelowThreeGroups(to, static_cast<std::uint32_t>(magnitude));
+    to = WriteMagnitude(to, magnitude / ThreeGroups);
+    const auto low = static_cast<std::uint32_t>(magnitude % ThreeGroups);
+    to = WriteGroup(to, low / 1'000'000);
+    to = WriteGroup(to, low / 1000 % 1000);
+    return WriteGroup(to, low % 1000);
 }
 
 }  // namespace
@@ -196,7 +260,7 @@ double BuReadDouble(const char* text, const char** end) noexcept
 double BuReadDouble(const char* text, const char* last, const char** end) noexcept
 {
     if (text != nullptr)
-        return Read(Bounded{last}, text, end);
+        return Read(Bounded<char>{last}, text, end);
     if (end != nullptr)
         *end = nullptr;
     return 0.0;
@@ -204,15 +268,18 @@ double BuReadDouble(const char* text, const char* last, const char** end) noexce
 
 long long BuReadInteger(const char* text, const char** end, int base) noexcept
 {
-    const char* behind = text;
-    long long value = 0;
-    if (text != nullptr && base >= 2 && base <= 36) {
-        const char* const first = number::SkipSpaces(text);
-        value = number::ReadInteger(first, base, &behind);
-        if (behind == first)
-            behind = text;
-    }
-    if (end != nullptr)
-        *end = behind;
-    return value;
+    return ReadInteger(Terminated{}, text, end, base);
+}
+
+long long BuReadInteger(const char* text, const char* last, const char** end, int base) noexcept
+{
+    return ReadInteger(Bounded<char>{last}, text, end, base);
+}
+
+char* BuWriteInteger(char* to, long long value) noexcept
+{
+    const auto bits = static_cast<std::uint64_t>(value);
+    *to = '-';
+    to += value < 0;
+    return WriteMagnitude(to, value < 0 ? 0 - bits : bits);
 }

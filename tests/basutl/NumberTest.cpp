@@ -10,6 +10,7 @@
 #include <initializer_list>
 #include <iterator>
 #include <limits>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -180,6 +181,23 @@ TEST(BuReadInteger, AgreesWithStrtoll)
     }
 }
 
+TEST(BuReadInteger, StopsBeforeTheGivenEnd)
+{
+    const std::string whole = " -1234z";
+    for (std::size_t length = 0; length <= whole.size(); ++length) {
+        const std::string part = whole.substr(0, length);
+        const std::vector<char> unterminated(part.begin(), part.end());
+        const char* const text = length == 0 ? whole.c_str() : unterminated.data();
+        for (const int base : {10, 36, 99}) {
+            const char* expectedEnd;
+            const char* end;
+            const long long expected = BuReadInteger(part.c_str(), &expectedEnd, base);
+            EXPECT_EQ(BuReadInteger(text, text + length, &end, base), expected) << length;
+            EXPECT_EQ(end - text, expectedEnd - part.c_str()) << length;
+        }
+    }
+}
+
 TEST(BuReadInteger, TakesNoPrefixNoOtherBaseAndStaysAtItsLimits)
 {
     const char* end;
@@ -190,12 +208,31 @@ TEST(BuReadInteger, TakesNoPrefixNoOtherBaseAndStaysAtItsLimits)
         EXPECT_STREQ(end, "10");
     }
     EXPECT_EQ(BuReadInteger(nullptr), 0);
+    EXPECT_EQ(BuReadInteger(nullptr, nullptr, nullptr), 0);
     using Limits = std::numeric_limits<long long>;
     for (const char* const text : {"9223372036854775807", "9223372036854775808", "99999999999999999999"})
         EXPECT_EQ(BuReadInteger(text), Limits::max());
     for (const char* const text : {"-9223372036854775808", "-9223372036854775809"})
         EXPECT_EQ(BuReadInteger(text), Limits::min());
     EXPECT_EQ(BuReadInt("99999999999"), 1215752191);
+}
+
+TEST(BuWriteInteger, AgreesWithSnprintf)
+{
+    std::vector<long long> values = {0, std::numeric_limits<long long>::max(), std::numeric_limits<long long>::min()};
+    for (long long power = 1; power < std::numeric_limits<long long>::max() / 10; power *= 10)
+        values.insert(values.end(), {power * 10 - 1, power * 10, -power * 10 + 1, -power * 10});
+    std::mt19937_64 random(5);
+    for (int i = 0; i < 50'000; ++i)
+        values.push_back(static_cast<long long>(random()) >> (i % 64));
+    for (long long i = 0; i < 20'000; ++i)
+        values.push_back(i);
+    for (const long long value : values) {
+        char expected[32];
+        std::snprintf(expected, sizeof expected, "%lld", value);
+        const auto text = std::make_unique<char[]>(BuIntegerRoom);
+        ASSERT_EQ(std::string(text.get(), BuWriteInteger(text.get(), value)), expected);
+    }
 }
 
 }  // namespace
