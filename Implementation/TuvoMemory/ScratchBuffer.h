@@ -80,6 +80,23 @@ public:
         return true;
     }
 
+    // Gives the elements away in a block of exactly their size, which is freed with VBuFree; the buffer is empty then.
+    // Null without elements, and when memory is exhausted.
+    [[nodiscard]] T* Release()
+    {
+        if (m_size == 0)
+            return nullptr;
+        void* const block = VBuRealloc(IsInline() ? nullptr : m_data, m_size * sizeof(T), m_module, m_line);
+        if (block == nullptr)
+            return nullptr;
+        if (IsInline())
+            std::memcpy(block, m_data, m_size * sizeof(T));
+        m_data = reinterpret_cast<T*>(m_inline);
+        m_size = 0;
+        m_capacity = InlineCapacity;
+        return static_cast<T*>(block);
+    }
+
 private:
     static constexpr std::size_t Limit = PTRDIFF_MAX / sizeof(T);
 

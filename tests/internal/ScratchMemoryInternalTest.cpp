@@ -63,6 +63,24 @@ TEST(ScratchBuffer, KeepsItsContentWhenMemoryIsExhausted)
               2);
 }
 
+TEST(ScratchBuffer, GivesItsElementsAway)
+{
+    ReportScope reports;
+    for (const std::string text : {"", "ab", "abcdefghi"})
+        EXPECT_EQ(allocation::ForEachFailure([&] {
+                      ScratchBuffer<char, 3> buffer(modules::TuvoMemory);
+                      if (!buffer.Append(text.data(), text.size()))
+                          return;
+                      char* block = buffer.Release();
+                      EXPECT_EQ(buffer.Size(), block != nullptr ? 0 : text.size());
+                      EXPECT_TRUE(block == nullptr || std::memcmp(block, text.data(), text.size()) == 0);
+                      VBU_FREE(block, modules::TuvoMemory, __LINE__);
+                      EXPECT_TRUE(buffer.Append("c", 1) && buffer.Data()[buffer.Size() - 1] == 'c');
+                  }),
+                  text.empty() ? 0 : (text.size() > 3 ? 2 : 1))
+            << text;
+}
+
 TEST(TrackedPtr, OwnsOneBlock)
 {
     const auto copyOf = [](const char* text) { return VBuStrDup(text, modules::TuvoMemory, __LINE__); };
