@@ -54,6 +54,10 @@ The catalogue that all of this comes from, verified:
 
 $ tuvo units --check
 
+A selection of nodes as a user types it, read and put in its short form:
+
+$ tuvo ids "100-105, 7, 103-110, 8 9" --compact
+
 What to try next:
 
   tuvo units --type      all quantities that can be converted
