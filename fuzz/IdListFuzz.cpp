@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto read = [](const char* list, int keepDuplicates) {
         int* ids = nullptr;
         const int count = UtlGenerateIdListFromString(list, &ids, keepDuplicates);
-        const std::vector<int> result(ids, ids + (count > 0 ? count : 0));
+        std::vector<int> result(ids, ids + (count > 0 ? count : 0));
         VBuFree(ids, "fuzz", __LINE__);
         return result;
     };

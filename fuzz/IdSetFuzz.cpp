@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     int* ids = nullptr;
     const auto take = [&ids](int count) {
-        const std::vector<int> result(ids, ids + count);
+        std::vector<int> result(ids, ids + count);
         VBuFree(ids, "fuzz", __LINE__);
         return result;
     };

@@ -8,7 +8,7 @@
 
 static std::string Taken(char* text)
 {
-    const std::string copy = text;
+    std::string copy = text;
     VBuFree(text, __FILE__, __LINE__);
     return copy;
 }

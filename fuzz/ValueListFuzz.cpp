@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const int count = UtlGetFloatListFromString(list, &values, nullptr);
         char* printed = UtlGenerateStringFromFloatList(values, count, nullptr);
         VBuFree(values, "fuzz", __LINE__);
-        const std::string result = printed != nullptr ? printed : "";
+        std::string result = printed != nullptr ? printed : "";
         VBuFree(printed, "fuzz", __LINE__);
         return result;
     };

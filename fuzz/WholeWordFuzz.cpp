@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const auto replaced = [&word](std::string in, std::string by) {
         char* const result = UtlSearchAndReplaceByMatchWholeWord(in.data(), word.data(), by.data());
-        const std::string copy = result;
+        std::string copy = result;
         VBuFree(result, __FILE__, __LINE__);
         return copy;
     };
