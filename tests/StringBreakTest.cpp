@@ -156,6 +156,16 @@ TEST(BreakString, CopiesFieldsOfGivenWidths)
             EXPECT_EQ(Strings(fields.begin(), fields.end()), row.fields) << row.source;
         }
     }
+    // A record without a NUL.
+    const GuardedBuffer record(5);
+    std::memcpy(record.Data(), "abcde", 5);
+    char buffer[7];
+    char* fields[2];
+    int widths[] = {2, 3};
+    UtlBreakString(2, fields, record.Data(), widths, buffer);
+    EXPECT_STREQ(fields[1], "cde");
+    UtlOptimizeBreakString(2, fields, record.Data(), widths, buffer, 5);
+    EXPECT_STREQ(fields[1], "cde");
     EXPECT_EQ(UtlBreakString(0, nullptr, nullptr, nullptr, nullptr), 0);
     EXPECT_EQ(UtlOptimizeBreakString(-3, nullptr, nullptr, nullptr, nullptr, 0), -3);
     EXPECT_EQ(UtlBreakString(1, nullptr, nullptr, nullptr, nullptr), 0);

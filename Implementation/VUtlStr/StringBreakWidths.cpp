@@ -1,4 +1,5 @@
-// Fixed-width fields.
+// Fixed-width fields. A source is read only as far as its fields reach: it may be a line of a long text, or of a record
+// without a NUL.
 #include <TuvoUtil/StringBreak.h>
 
 #include <algorithm>
@@ -24,16 +25,15 @@ int UtlBreakString(int count, char** const fields, char* source, int* const widt
         return count;
     if (!IsComplete(fields, source, widths, buffer))
         return 0;
-    std::size_t left = std::strlen(source);
     for (int i = 0; i < count; ++i) {
         fields[i] = buffer;
-        const std::size_t copied = std::min(Width(widths[i]), left);
+        const std::size_t width = Width(widths[i]);
+        const std::size_t copied = ::strnlen(source, width);
         std::memcpy(buffer, source, copied);
         source += copied;
-        left -= copied;
         buffer += copied;
         // Kept: a field that meets the end takes the NUL of the source and one of its own; buffers are shared by place.
-        if (copied < Width(widths[i]))
+        if (copied < width)
             *buffer++ = '\0';
         *buffer++ = '\0';
     }
@@ -47,17 +47,15 @@ int UtlOptimizeBreakString(int count, char** const fields, const char* source, i
         return count;
     if (!IsComplete(fields, source, widths, buffer))
         return 0;
-    std::size_t left = std::strlen(source);
-    if (left < Width(fastLength))
+    if (::strnlen(source, Width(fastLength)) < Width(fastLength))
         return UtlBreakString(count, fields, const_cast<char*>(source), widths, buffer);
     for (int i = 0; i < count; ++i) {
         fields[i] = buffer;
         const std::size_t width = Width(widths[i]);
-        const std::size_t copied = std::min(width, left);
+        const std::size_t copied = ::strnlen(source, width);
         std::memcpy(buffer, source, copied);
         std::memset(buffer + copied, 0, width - copied + 1);
         source += copied;
-        left -= copied;
         buffer += width + 1;
     }
     return count;

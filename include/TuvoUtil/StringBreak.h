@@ -40,15 +40,16 @@
 // ---- Fixed widths --------------------------------------------------------------------------------------------------
 
 // Copies `count` fields of widths[i] characters (below 0 counts as 0) one behind the other into `buffer`, a NUL after
-// each, and stores their starts in `fields`. The field that meets the end of the source takes what is left, those after it are
-// empty. Gives `count`, 0 when an argument is null. Widths {2, 3} make "ab" and "cde" of "abcdefg".
+// each, and stores their starts in `fields`. The field that meets the end of the source takes what is left, those after
+// it are empty. Nothing behind the last field is read. Gives `count`, 0 when an argument is null. Widths {2, 3} make "ab"
+// and "cde" of "abcdefg".
 //
 // A field takes its width + 1 bytes of the buffer, the one that meets the end its characters + 2, those after it 2, or
 // 1 when their width is 0: widths[i] + 2 bytes for each field always suffice.
 TUVOUTIL_API int UtlBreakString(int count, char** const fields, char* source, int* const widths, char* buffer);
 
-// The same for a source shorter than `fastLength`. In a longer one every field takes exactly widths[i] + 1 bytes of the
-// buffer, filled up with NULs where the source has ended.
+// The same for a source shorter than `fastLength`. In another every field takes exactly widths[i] + 1 bytes of the buffer,
+// filled up with NULs where the source has ended.
 TUVOUTIL_API int UtlOptimizeBreakString(int count, char** const fields, const char* source, int* const widths,
                                         char* buffer, int fastLength);
 
