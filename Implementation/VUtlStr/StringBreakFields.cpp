@@ -2,8 +2,11 @@
 #include <TuvoUtil/StringBreak.h>
 
 #include "VUtlStr/StringList.h"
+#include "VUtlStr/StringMatchSearch.h"
 
 #include <bit>
+#include <cstring>
+#include <string_view>
 
 using fieldcut::CountDelimiters;
 using kernels::DelimiterSet;
@@ -21,12 +24,7 @@ std::size_t RoomFor(std::size_t count)
     return count / 10 * 10 + 10;
 }
 
-void AppendOrBlank(StringList& list, const char* text, std::size_t length)
-{
-    list.Append(length != 0 ? text : fieldcut::Blank, length != 0 ? length : 1);
-}
-
-// Calls visit(text, length) for each segment between `open` and `close`.
+// Calls visit(segment) for each segment between `open` and `close`.
 template <typename Visit>
 void ForEachSegment(const char* text, char open, char close, Visit visit)
 {
@@ -37,7 +35,7 @@ void ForEachSegment(const char* text, char open, char close, Visit visit)
         const char* const end = std::strchr(start, close);
         if (end == nullptr)
             return;
-        visit(start, static_cast<std::size_t>(end - start));
+        visit({start, static_cast<std::size_t>(end - start)});
         text = end + 1;
     }
 }
@@ -79,12 +77,13 @@ int UtlBreakStringIntoChars(const char* text, char*** fields, const char* delimi
         for (std::size_t i = 0; i < chunk.blocks; ++i)
             for (std::uint64_t mask = chunk.masks[i]; mask != 0; mask &= mask - 1) {
                 const char* const end = text + chunk.start + i * kernels::BlockSize + std::countr_zero(mask);
-                AppendOrBlank(list, start, static_cast<std::size_t>(end - start));
+                list.Append(end != start ? std::string_view(start, static_cast<std::size_t>(end - start))
+                                         : fieldcut::Blank);
                 start = end + 1;
             }
     });
     if (!endsAtDelimiter)
-        list.Append(start, static_cast<std::size_t>(text + length - start));
+        list.Append({start, static_cast<std::size_t>(text + length - start)});
     return list.Release(fields);
 }
 
@@ -124,7 +123,7 @@ int VbUtlBreakStringIntoStringsDbg(char* text, int* count, char*** fields, const
         return 0;
     StringList list(static_cast<std::size_t>(inTextCount));
     for (int i = 0; i < inTextCount; ++i)
-        list.Append(inText[i], std::strlen(inText[i]));
+        list.Append(inText[i]);
     const int copied = list.Release(fields);
     // Kept: the array of the inner call stays allocated; leak reports of hosts count on it.
     if (copied == 0)
@@ -142,11 +141,11 @@ int UtlGetStringsIncludedInDelimiters(const char* text, char open, char close, c
     if (text == nullptr)
         return 0;
     std::size_t count = 0;
-    ForEachSegment(text, open, close, [&](const char*, std::size_t) { ++count; });
+    ForEachSegment(text, open, close, [&](std::string_view) { ++count; });
     if (count == 0)
         return 0;
     StringList list(count);
-    ForEachSegment(text, open, close, [&](const char* start, std::size_t length) { list.Append(start, length); });
+    ForEachSegment(text, open, close, [&](std::string_view segment) { list.Append(segment); });
     return list.Release(segments);
 }
 

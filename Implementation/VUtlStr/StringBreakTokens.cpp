@@ -1,7 +1,8 @@
 // The lexer that hands delimiters back as tokens.
 #include <TuvoUtil/StringBreak.h>
 
-#include "VUtlStr/StringList.h"
+#include "Kernels/DelimiterScan.h"
+#include "VUtlStr/NewText.h"
 
 char* UtlTokenize(char** cursor, char* delimiters)
 {
@@ -20,7 +21,7 @@ char* UtlTokenize(char** cursor, char* delimiters)
         ++end;
     if (end == start)
         ++end;  // a delimiter
-    char* const token = NewString(start, static_cast<std::size_t>(end - start));
+    char* const token = strings::NewCopy({start, static_cast<std::size_t>(end - start)});
     if (token != nullptr)
         *cursor = end;
     return token;

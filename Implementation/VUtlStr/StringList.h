@@ -4,21 +4,11 @@
 #include "TuvoMemory/ModuleNames.h"
 #include "TuvoMemory/TrackedPtr.h"
 #include "VUtlStr/FieldCut.h"
+#include "VUtlStr/NewText.h"
 
 #include <TuvoUtil/Memory.h>
 
-#include <cstring>
-
-// A new string of `length` characters that need no NUL behind them; null when memory is exhausted.
-inline char* NewString(const char* text, std::size_t length)
-{
-    char* const copy = static_cast<char*>(VBuMalloc(length + 1, modules::VUtlStr, __LINE__, 0));
-    if (copy != nullptr) {
-        std::memcpy(copy, text, length);
-        copy[length] = '\0';
-    }
-    return copy;
-}
+#include <string_view>
 
 class StringList
 {
@@ -37,9 +27,9 @@ public:
     StringList& operator=(const StringList&) = delete;
 
     // Appends a copy; there must be room for it. After a failure nothing is appended any more.
-    void Append(const char* text, std::size_t length)
+    void Append(std::string_view text)
     {
-        char* const copy = m_isWhole ? NewString(text, length) : nullptr;
+        char* const copy = m_isWhole ? strings::NewCopy(text) : nullptr;
         m_isWhole = copy != nullptr;
         if (m_isWhole)
             m_strings[static_cast<std::size_t>(m_count++)] = copy;

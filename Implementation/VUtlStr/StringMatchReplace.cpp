@@ -1,10 +1,12 @@
 #include <TuvoUtil/StringMatch.h>
 
+#include "Kernels/DelimiterScan.h"
+#include "VUtlStr/FieldCut.h"
+#include "VUtlStr/NewText.h"
 #include "VUtlStr/StringMatchSearch.h"
 #include "VUtlStr/StringMatchText.h"
 
 #include <algorithm>
-#include <bitset>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
@@ -12,13 +14,8 @@
 
 namespace {
 
-char* NewText(std::string_view text)
-{
-    char* const copy = static_cast<char*>(VBuMalloc(text.size() + 1, modules::VUtlStr, __LINE__, 0));
-    if (copy != nullptr)
-        *std::copy(text.begin(), text.end(), copy) = '\0';
-    return copy;
-}
+using kernels::DelimiterSet;
+using strings::NewCopy;
 
 // ---- Occurrences of a text -----------------------------------------------------------------------------------------
 
@@ -41,7 +38,7 @@ struct SearchedText
 char* ReplaceChosen(SearchedText source, std::string_view pattern, std::string_view replacement, Choice isReplaced)
 {
     ScratchBuffer<char, 512> result(modules::VUtlStr);
-    if (!result.Reserve(source.text.size()))
+    if (!result.Reserve(source.text.size() + 1))
         return nullptr;
     const auto append = [&result](std::string_view part) { return result.Append(part.data(), part.size()); };
 
@@ -55,54 +52,41 @@ char* ReplaceChosen(SearchedText source, std::string_view pattern, std::string_v
         if (!append(replaces ? replacement : source.text.substr(found, pattern.size())))
             return nullptr;
     }
-    return append(source.text.substr(copied)) ? NewText({result.Data(), result.Size()}) : nullptr;
+    return append(source.text.substr(copied)) && result.Append('\0') ? result.Release() : nullptr;
 }
 
 // ---- Runs of delimiters --------------------------------------------------------------------------------------------
 
-class DelimiterSet
+// The first place at or after `start` that holds a delimiter, or anything else; the length when there is none.
+std::size_t FindDelimiter(std::string_view text, const DelimiterSet& set, std::size_t start)
 {
-public:
-    explicit DelimiterSet(std::string_view characters)
-    {
-        for (const char c : characters)
-            m_bytes.set(static_cast<unsigned char>(c));
-    }
-    bool Has(char c) const { return m_bytes[static_cast<unsigned char>(c)]; }
+    while (start < text.size() && !set.Contains(text[start]))
+        ++start;
+    return start;
+}
 
-    // The first place at or after `start` that holds a delimiter, or anything else; the length when there is none.
-    std::size_t FindDelimiter(std::string_view text, std::size_t start) const
-    {
-        while (start < text.size() && !Has(text[start]))
-            ++start;
-        return start;
-    }
-    std::size_t FindOther(std::string_view text, std::size_t start) const
-    {
-        while (start < text.size() && Has(text[start]))
-            ++start;
-        return start;
-    }
-
-private:
-    std::bitset<UCHAR_MAX + 1> m_bytes;
-};
+std::size_t FindOther(std::string_view text, const DelimiterSet& set, std::size_t start)
+{
+    while (start < text.size() && set.Contains(text[start]))
+        ++start;
+    return start;
+}
 
 // Gives the fields between runs of delimiters to `take`, one after the other; there is at least one.
 template <typename Take>
-void ForEachField(std::string_view text, const DelimiterSet& delimiters, Take take)
+void ForEachField(std::string_view text, const DelimiterSet& set, Take take)
 {
     std::size_t begin = 0;
-    if (!text.empty() && delimiters.Has(text.front())) {
-        take(" ");
+    if (!text.empty() && set.Contains(text.front())) {
+        take(fieldcut::Blank);
         begin = 1;
     }
     // Kept: further delimiters at the start belong to the first real field, as splitting leaves them there.
-    std::size_t end = delimiters.FindDelimiter(text, delimiters.FindOther(text, begin));
+    std::size_t end = FindDelimiter(text, set, FindOther(text, set, begin));
     do {
         take(text.substr(begin, end - begin));
-        begin = delimiters.FindOther(text, end);
-        end = delimiters.FindDelimiter(text, begin);
+        begin = FindOther(text, set, end);
+        end = FindDelimiter(text, set, begin);
     } while (begin < text.size());
 }
 
@@ -116,7 +100,7 @@ std::size_t ResultSize(std::size_t text, std::size_t replacement, std::size_t fi
     return size;
 }
 
-char* ReplaceDelimiters(std::string_view text, std::string_view delimiters, std::string_view replacement)
+char* ReplaceDelimiters(std::string_view text, const char* delimiters, std::string_view replacement)
 {
     const DelimiterSet set(delimiters);
     std::size_t fields = 0;
@@ -129,7 +113,7 @@ char* ReplaceDelimiters(std::string_view text, std::string_view delimiters, std:
     char* end = result;
     const auto append = [&end](std::string_view part) { end = std::copy(part.begin(), part.end(), end); };
     // Kept: only the whole set, as it stands, makes a replacement in front.
-    if (text.starts_with(delimiters))
+    if (text.starts_with(match::View(delimiters)))
         append(replacement);
     bool isFirst = true;
     ForEachField(text, set, [&](std::string_view field) {
@@ -146,14 +130,14 @@ char* ReplaceDelimiters(std::string_view text, std::string_view delimiters, std:
 
 char* UtlReplaceString(const char* text, const char* delimiters, const char* replacement)
 {
-    return text != nullptr ? ReplaceDelimiters(text, match::View(delimiters), match::View(replacement)) : nullptr;
+    return text != nullptr ? ReplaceDelimiters(text, delimiters, match::View(replacement)) : nullptr;
 }
 
 char* UtlReplaceStringWithNothing(const char* text, const char* pattern, int caseSensitive)
 {
     // Kept: an empty pattern gives an empty text.
     if (match::IsNullOrEmpty(text) || match::IsNullOrEmpty(pattern))
-        return NewText("");
+        return NewCopy({});
     if (caseSensitive != 0)
         return ReplaceChosen({text, text}, pattern, "", Always);
     // Kept: the pattern stays as it is, so one with a lower-case letter is not found.
@@ -172,7 +156,7 @@ char* UtlReplaceStringWithString(const char* text, const char* pattern, const ch
     if (text == nullptr)
         return nullptr;
     if (match::IsNullOrEmpty(pattern))
-        return NewText(text);
+        return NewCopy(text);
     const Choice isReplaced = wholeWord != 0 ? match::IsWholeWordBetween : Always;
     if (caseSensitive != 0)
         return ReplaceChosen({text, text}, pattern, match::View(replacement), isReplaced);
