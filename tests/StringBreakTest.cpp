@@ -538,6 +538,12 @@ TEST(TrimStrings, CutsAtTheMarker)
     EXPECT_STREQ(texts[0], "ab");
     EXPECT_STREQ(texts[1], "");
     EXPECT_STREQ(texts[2], "a/b");
+
+    const std::string slashes(1'000'000, '/');  // which take a search by trial for ever
+    std::string text = slashes + slashes + 'b', late = slashes + 'b';
+    strings[0] = text.data();
+    UtlTrimStrings(1, strings, late.data());
+    EXPECT_EQ(std::strlen(text.c_str()), slashes.size());
 }
 
 TEST(StringBreak, GivesNothingWithoutTextOrOutput)

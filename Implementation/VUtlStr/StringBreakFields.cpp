@@ -163,8 +163,11 @@ void UtlTrimStrings(int count, char** strings, char* marker)
 {
     if (strings == nullptr || marker == nullptr || *marker == '\0')
         return;
-    for (int i = 0; i < count; ++i)
-        if (strings[i] != nullptr)
-            if (char* const found = std::strstr(strings[i], marker))
-                *found = '\0';
+    for (int i = 0; i < count; ++i) {
+        if (strings[i] == nullptr)
+            continue;
+        const std::size_t found = OccurrenceSearch(strings[i], marker).Next();
+        if (found != OccurrenceSearch::None)
+            strings[i][found] = '\0';
+    }
 }

@@ -1,5 +1,6 @@
 #include "Kernels/BlankCollapse.h"
 #include "VUtlStr/NewText.h"
+#include "VUtlStr/StringMatchSearch.h"
 #include "VUtlStr/Trim.h"
 
 #include <TuvoUtil/StringClean.h>
@@ -213,8 +214,8 @@ void UtlRemoveFirstAppearenceOfDelimeter(const char* text, const char* delimiter
         return;
     const std::string_view whole(text);
     const std::string_view removed(delimiter != nullptr ? delimiter : "");
-    const std::size_t place = whole.find(removed);
-    if (place == std::string_view::npos) {
+    const std::size_t place = removed.empty() ? OccurrenceSearch::None : OccurrenceSearch(whole, removed).Next();
+    if (place == OccurrenceSearch::None) {
         *result = NewCopy(whole);
         return;
     }
