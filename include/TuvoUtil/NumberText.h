@@ -2,7 +2,7 @@
 // fixed columns.
 //
 // Not for reading numbers in general (basutl/BuNumber.h). Nothing depends on the locale; white space, letters and digits
-// are those of ASCII. Every function may be called from any thread.
+// are those of ASCII. Every function may be called from any thread, UtlConstructFormat as far as Memory.h allows it.
 //
 //   std::string format;
 //   UtlGetFormatOfNumberWithSpace("  12.50", format);   // "%7.2f", which prints 12.5 as it stood

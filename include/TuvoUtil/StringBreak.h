@@ -100,9 +100,9 @@ TUVOUTIL_API int VbUtlBreakStringIntoStringsDbg(char* text, int* count, char*** 
 // the text. Brackets and quotes stay in the fields. A null or empty text gives 0 and leaves *fields as it was.
 //
 // With the delimiter " ", "set  x [a b]  'c d'" gives set, x, [a b], 'c d'. Further:
-//  - Runs of white space outside groups shrink to their first character before; right behind such a run '<' and '>' do
-//    not count as brackets.
-//  - With '.' as the first delimiter, nor is divided at '.' in quotes.
+//  - Runs of white space outside groups shrink to their first character before; right behind a run that has shrunk '<'
+//    and '>' do not yet count as brackets: "x  <p  q>" gives x, <p q>.
+//  - With '.' as the first delimiter, groups in quotes are not divided at '.' either.
 //  - Every '#' outside groups becomes a blank. While there is a '#' in a group, every grave accent becomes '#', and
 //    while there is a protected '.', every '~' becomes '.'.
 //

@@ -8,7 +8,8 @@
 //   UtlClearString(text);                        // "bolt M8"
 //
 // A text is bytes up to its NUL; white space is blank, \t, \n, \v, \f and \r, letters and digits are those of ASCII,
-// whatever the locale. Every function may be called from any thread.
+// whatever the locale. Functions that give a new text follow the thread rule of Memory.h; all others may be called from
+// any thread.
 //
 //  form                  | null or empty source               | who owns what
 //  ----------------------|------------------------------------|---------------------------------------------------------
