@@ -2,6 +2,8 @@
 #include <TuvoUtil/Memory.h>
 #include <basutl/BuCharacter.h>
 
+#include "support/Texts.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -167,16 +169,6 @@ Ids LenientByDefinition(const std::string& text, char setSeparator, char rangeSe
             AppendRange(ids, std::atoi(parts.front().c_str()), std::atoi(parts.back().c_str()));
     }
     return ids;
-}
-
-// All texts over an alphabet of up to so many characters, in turn.
-template <typename Visit>
-void ForEachText(const std::string& alphabet, std::size_t length, Visit visit, const std::string& prefix = {})
-{
-    visit(prefix);
-    if (prefix.size() < length)
-        for (const char c : alphabet)
-            ForEachText(alphabet, length, visit, prefix + c);
 }
 
 // ---- Ids from text -------------------------------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 
 #include "support/ChildProcess.h"
 #include "support/GuardedBuffer.h"
+#include "support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -92,16 +93,6 @@ Strings Tokens(const std::string& text, std::string delimiters)
     }
     EXPECT_EQ(cursor, buffer.Data() + text.size());
     return tokens;
-}
-
-// All texts over `alphabet` of up to `length` characters, in turn.
-template <typename Visit>
-void ForEachText(const std::string& alphabet, std::size_t length, Visit visit, const std::string& prefix = {})
-{
-    visit(prefix);
-    if (prefix.size() < length)
-        for (const char c : alphabet)
-            ForEachText(alphabet, length, visit, prefix + c);
 }
 
 // Texts whose ends and delimiters fall everywhere in the blocks that are scanned at once.

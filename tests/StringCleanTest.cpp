@@ -1,8 +1,8 @@
-#include <TuvoUtil/Memory.h>
 #include <TuvoUtil/StringClean.h>
 #include <basutl/BuCharacter.h>
 
 #include "support/GuardedBuffer.h"
+#include "support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -40,14 +40,6 @@ std::string TwoBuffers(Function function, const std::string& source)
     function(from.Data(), to.Data());
     EXPECT_EQ(std::string(from.Data()), source) << "the source stays";
     return to.Data();
-}
-
-// A text that the caller owns now, freed.
-std::string Taken(char* text)
-{
-    const std::string result = text != nullptr ? text : "(null)";
-    VBuFree(text, "test", __LINE__);
-    return result;
 }
 
 const struct
