@@ -28,10 +28,11 @@ struct SharedValues
 };
 constinit SharedValues g_values = {nullptr, 0};
 
-bool ReserveValues(std::size_t count)
+bool ReserveValues(std::size_t count, int type)
 {
     constexpr std::size_t firstSize = 1024;
-    const std::size_t needed = std::max(count * sizeof(double), firstSize);
+    static_assert(sizeof(int) == sizeof(float));
+    const std::size_t needed = std::max(count * (type == Double ? sizeof(double) : sizeof(int)), firstSize);
     if (needed <= g_values.size)
         return true;
     void* const block = VBuRealloc(g_values.block, needed, modules::VUtlStr, __LINE__);
@@ -81,7 +82,7 @@ int UtlBreakStringToGivenDataType(char* text, void** values, int type)
         return 0;
     const kernels::DelimiterSet whiteSpace(" \t\n\v\f\r");
     const std::size_t count = fieldcut::CountTokens(text, std::strlen(text), whiteSpace);
-    if (count > INT_MAX || !ReserveValues(count))
+    if (count > INT_MAX || !ReserveValues(count, type))
         return 0;
     for (char* at = text; *at != '\0'; ++at)
         if (BuIsSpace(*at))

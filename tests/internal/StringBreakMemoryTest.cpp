@@ -90,13 +90,20 @@ TEST_F(StringBreakMemory, TokensComeAtTheNextCall)
 
 TEST_F(StringBreakMemory, NumbersKeepTheirBlock)
 {
-    std::string text = "7";
-    for (int i = 0; i < 100'000; ++i)  // more than any other test asks for
-        text += " 7";
     const auto read = [](char* copy, char*** values) {
         return UtlBreakStringToGivenDataType(copy, reinterpret_cast<void**>(values), 0);
     };
-    Expect(text, 100'001, 1, read, [](int, char**) {});
+    std::string text = "7";
+    for (int i = 1; i < 256; ++i)
+        text += " 7";
+    std::string copy = text;
+    char** values = nullptr;
+    allocation::FailOnce(1);
+    EXPECT_EQ(read(copy.data(), &values), 256) << "the first block holds them";
+    allocation::FailFrom(0);
+    for (int i = 256; i < 100'000; ++i)  // more than any other test asks for
+        text += " 7";
+    Expect(text, 100'000, 1, read, [](int, char**) {});
 }
 
 TEST_F(StringBreakMemory, ResolvedTextIsWholeOrAsItWas)
