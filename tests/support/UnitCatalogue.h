@@ -1,29 +1,12 @@
-// A small unit catalogue for tests, and tests that run in a process of their own.
+// A small unit catalogue for tests. A process has one catalogue and never another: each test needs a process.
 #pragma once
 
 #include <TuvoUtil/Units.h>
 
-#include "support/ChildProcess.h"
 #include "support/TestFiles.h"
-
-#include <gtest/gtest.h>
+#include "support/TestInChild.h"
 
 #include <string>
-
-// A process has one catalogue and never another: each of these tests runs in a process of its own.
-#define TEST_IN_CHILD(suite, name)                                       \
-    static void suite##name();                                           \
-    CHILD_SCENARIO(suite##name)                                          \
-    {                                                                    \
-        suite##name();                                                   \
-        return testing::Test::HasFailure() ? 1 : 0;                      \
-    }                                                                    \
-    TEST(suite, name)                                                    \
-    {                                                                    \
-        const ChildResult result = RunChild(#suite #name);               \
-        EXPECT_EQ(result.exitCode, 0) << result.output << result.errors; \
-    }                                                                    \
-    static void suite##name()
 
 // The system 4 repeats the units of 1, the system 5 has a unit that does not exist, the last data type repeats the id of
 // another one.
