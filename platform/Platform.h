@@ -185,6 +185,30 @@ struct ResolvedAddress
 // known.
 bool ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept;
 
+// Takes note of the modules that are loaded now and gives a number for this state. Cheap while none is loaded or
+// unloaded. Memory that is exhausted leaves the number of the state before.
+std::uint32_t NoteLoadedModules() noexcept;
+
+// The same for an address that was taken in a noted state: its module may have been loaded after the first use, and
+// unloaded since. On Linux its file then has to be the same still; on Windows nothing else may lie at its place.
+bool ResolveAddress(const void* address, std::uint32_t modules, ResolvedAddress& resolved) noexcept;
+
+// Where in its module an address lies, which is the same in every run. Empty when no module held it in a noted state; on
+// Windows also when the module is unloaded.
+struct ModulePlace
+{
+    std::wstring file;
+    std::uint64_t offset = 0;  // bytes
+};
+ModulePlace FindModulePlace(const void* address, std::uint32_t modules);
+
+// ---- Signals -------------------------------------------------------------------------------------------------------
+
+// Calls `handler`, null for what the system does by default, when a signal arrives, as signal of the C library does.
+// Linux: it stays installed, interrupted calls are restarted, and it runs on a stack of its own in the thread that
+// installed it, so that it is called after a stack overflow too. Windows: it is called once.
+bool HandleSignal(int number, void (*handler)(int)) noexcept;
+
 // ---- Storage of threads ---------------------------------------------------------------------------------------------
 
 // One pointer for each thread, null until it is set. When a thread ends, `release` gets its pointer unless that is

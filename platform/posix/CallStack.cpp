@@ -1,10 +1,13 @@
 #include "platform/Demangle.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
+#include "platform/posix/ModuleLog.h"
 
 #include <backtrace.h>
 #include <dlfcn.h>
 #include <unwind.h>
+
+#include <mutex>
 
 namespace {
 
@@ -38,10 +41,16 @@ _Unwind_Reason_Code TakeFrame(_Unwind_Context* context, void* data)
 void IgnoreError(void*, const char*, int) {}
 
 // The debug information of all modules loaded so far, read at the first use and kept: the reader cannot give it back.
-backtrace_state* DebugInformation()
+struct DebugInformation
 {
-    static backtrace_state* const state = backtrace_create_state(nullptr, 1, IgnoreError, nullptr);
-    return state;
+    std::uint32_t modules = platform::NoteLoadedModules();
+    backtrace_state* state = backtrace_create_state(nullptr, 1, IgnoreError, nullptr);
+};
+
+const DebugInformation& KnownModules()
+{
+    static const DebugInformation information;
+    return information;
 }
 
 // Callbacks of C code: no exception may leave them.
@@ -75,11 +84,24 @@ int TakeLine(void* data, std::uintptr_t, const char* file, int number, const cha
     return 0;
 }
 
-// The symbol table of the file knows more names than the loader, the loader knows modules loaded later.
-Dl_info FindSymbol(const void* address)
+Line FindLine(backtrace_state* state, std::uintptr_t address)
+{
+    Line line;
+    backtrace_pcinfo(state, address, TakeLine, IgnoreError, &line);
+    return line;
+}
+
+Dl_info FindSymbolOfFile(backtrace_state* state, std::uintptr_t address)
 {
     Dl_info info{};
-    backtrace_syminfo(DebugInformation(), reinterpret_cast<std::uintptr_t>(address), TakeSymbol, IgnoreError, &info);
+    backtrace_syminfo(state, address, TakeSymbol, IgnoreError, &info);
+    return info;
+}
+
+// The symbol table of the file knows more names than the loader, the loader knows modules loaded later.
+Dl_info FindSymbol(backtrace_state* state, const void* address)
+{
+    Dl_info info = FindSymbolOfFile(state, reinterpret_cast<std::uintptr_t>(address));
     if (info.dli_sname == nullptr)
         dladdr(address, &info);
     return info;
@@ -101,6 +123,23 @@ bool Fill(ResolvedAddress& resolved, const Dl_info& symbol, const Line& line)
     return true;
 }
 
+// A module that is gone, or came late, is read from its file alone. The reader takes this file for that of the program
+// and so expects it at the program's place.
+bool ResolveInFile(platform::LoggedModule& module, const void* address, ResolvedAddress& resolved)
+{
+    if (module.information == nullptr && module.HasSameFile())
+        module.information = backtrace_create_state(module.path.c_str(), 1, IgnoreError, nullptr);
+    if (module.information == nullptr)
+        return false;
+    const std::uintptr_t shift = platform::ProgramBias() - module.bias;
+    const std::uintptr_t shifted = reinterpret_cast<std::uintptr_t>(address) + shift;
+    if (!Fill(resolved, FindSymbolOfFile(module.information, shifted), FindLine(module.information, shifted)))
+        return false;
+    if (resolved.start != 0)
+        resolved.start -= shift;
+    return true;
+}
+
 }  // namespace
 
 [[gnu::noinline]] int platform::CaptureStack(void** addresses, int capacity, int skip) noexcept
@@ -115,12 +154,24 @@ bool Fill(ResolvedAddress& resolved, const Dl_info& symbol, const Line& line)
 bool platform::ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept
 {
     const auto isFilled = Guarded(false, [&] {
-        if (DebugInformation() == nullptr)
+        backtrace_state* const state = KnownModules().state;
+        if (state == nullptr)
             return false;
-        Line line;
-        backtrace_pcinfo(DebugInformation(), reinterpret_cast<std::uintptr_t>(address), TakeLine, IgnoreError, &line);
-        return Fill(resolved, FindSymbol(address), line);
+        return Fill(resolved, FindSymbol(state, address), FindLine(state, reinterpret_cast<std::uintptr_t>(address)));
     });
+    if (!isFilled)
+        resolved = {};
+    return isFilled;
+}
+
+bool platform::ResolveAddress(const void* address, std::uint32_t modules, ResolvedAddress& resolved) noexcept
+{
+    const std::uint32_t known = KnownModules().modules;
+    const std::lock_guard lock(ModuleLogMutex());
+    LoggedModule* const module = FindLoggedModule(reinterpret_cast<std::uintptr_t>(address), modules);
+    if (module == nullptr || (module->IsLoaded() && module->from <= known))
+        return ResolveAddress(address, resolved);
+    const auto isFilled = Guarded(false, [&] { return ResolveInFile(*module, address, resolved); });
     if (!isFilled)
         resolved = {};
     return isFilled;

@@ -4,8 +4,11 @@
 #include "platform/windows/Native.h"
 
 #include <dbghelp.h>
+#include <psapi.h>
 
 #include <algorithm>
+#include <atomic>
+#include <vector>
 
 namespace {
 
@@ -22,7 +25,8 @@ public:
         const HANDLE process = GetCurrentProcess();
         if (!(Find(m_getOptions, "SymGetOptions") && Find(m_setOptions, "SymSetOptions") &&
               Find(m_initialize, "SymInitialize") && Find(m_refresh, "SymRefreshModuleList") &&
-              Find(m_symbol, "SymFromAddr") && Find(m_line, "SymGetLineFromAddr64")) ||
+              Find(m_load, "SymLoadModuleExW") && Find(m_symbol, "SymFromAddr") &&
+              Find(m_line, "SymGetLineFromAddr64")) ||
             !DuplicateHandle(process, process, process, &m_process, 0, FALSE, DUPLICATE_SAME_ACCESS))
             return;
         m_setOptions(m_getOptions() | SYMOPT_LOAD_LINES | SYMOPT_DEFERRED_LOADS | SYMOPT_UNDNAME);
@@ -30,6 +34,20 @@ public:
     }
 
     bool IsReady() const { return m_isReady; }
+
+    // Has the modules of now taken up, to be kept when they are unloaded. False when there are more than memory holds.
+    bool TakeUpModules() const
+    {
+        std::vector<HMODULE> modules(256);
+        DWORD needed = 0;
+        const auto bytes = [&modules] { return static_cast<DWORD>(modules.size() * sizeof(HMODULE)); };
+        while (K32EnumProcessModules(GetCurrentProcess(), modules.data(), bytes(), &needed) != 0 && needed > bytes())
+            modules.resize(needed / sizeof(HMODULE));
+        modules.resize(std::min<std::size_t>(modules.size(), needed / sizeof(HMODULE)));
+        for (const HMODULE module : modules)
+            TakeUp(module);
+        return !modules.empty();
+    }
 
     // A module may have been loaded since the last look.
     bool FindSymbol(DWORD64 address, SYMBOL_INFO& symbol) const
@@ -44,6 +62,17 @@ public:
     }
 
 private:
+    // One that is known already stays as it is.
+    void TakeUp(HMODULE module) const
+    {
+        MODULEINFO info{};
+        const std::wstring path = platform::WholeText(
+            [module](wchar_t* buffer, DWORD capacity) { return GetModuleFileNameW(module, buffer, capacity); });
+        if (K32GetModuleInformation(GetCurrentProcess(), module, &info, sizeof info) != 0)
+            m_load(m_process, nullptr, path.c_str(), nullptr, reinterpret_cast<DWORD64>(info.lpBaseOfDll),
+                   info.SizeOfImage, nullptr, 0);
+    }
+
     template <typename Function>
     bool Find(Function*& function, const char* name)
     {
@@ -58,6 +87,7 @@ private:
     decltype(&SymSetOptions) m_setOptions = nullptr;
     decltype(&SymInitialize) m_initialize = nullptr;
     decltype(&SymRefreshModuleList) m_refresh = nullptr;
+    decltype(&SymLoadModuleExW) m_load = nullptr;
     decltype(&SymFromAddr) m_symbol = nullptr;
     decltype(&SymGetLineFromAddr64) m_line = nullptr;
     bool m_isReady = false;
@@ -92,10 +122,17 @@ void Fill(ResolvedAddress& resolved, const DebugHelp& help, DWORD64 address, con
     }
 }
 
+// Called with the lock held.
+const DebugHelp& Help()
+{
+    static const DebugHelp help;
+    return help;
+}
+
 bool Resolve(DWORD64 address, ResolvedAddress& resolved)
 {
     const DebugHelpLock lock;
-    static const DebugHelp help;
+    const DebugHelp& help = Help();
     constexpr ULONG longestName = 1024;
     alignas(SYMBOL_INFO) char memory[sizeof(SYMBOL_INFO) + longestName] = {};
     SYMBOL_INFO& symbol = *reinterpret_cast<SYMBOL_INFO*>(memory);
@@ -106,6 +143,33 @@ bool Resolve(DWORD64 address, ResolvedAddress& resolved)
     Fill(resolved, help, address, symbol);
     return !resolved.function.empty();
 }
+
+// Counts what is loaded and unloaded from the first use on. The library that holds this is never unloaded.
+class ModuleChanges
+{
+public:
+    static std::uint32_t Count() noexcept
+    {
+        static const bool isWatching = Watch();
+        return isWatching ? m_count.load() : m_count.fetch_add(1);
+    }
+
+private:
+    using Callback = void(CALLBACK*)(ULONG reason, const void* module, void* context);
+    using Register = LONG(NTAPI*)(ULONG flags, Callback callback, void* context, void** cookie);
+
+    static void CALLBACK OnChange(ULONG, const void*, void*) { ++m_count; }
+
+    static bool Watch() noexcept
+    {
+        void* const found =
+            reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "LdrRegisterDllNotification"));
+        void* cookie = nullptr;
+        return found != nullptr && reinterpret_cast<Register>(found)(0, OnChange, nullptr, &cookie) == 0;
+    }
+
+    static constinit inline std::atomic<std::uint32_t> m_count = 1;
+};
 
 }  // namespace
 
@@ -126,4 +190,34 @@ bool platform::ResolveAddress(const void* address, ResolvedAddress& resolved) no
     if (!isFilled)
         resolved = {};
     return isFilled;
+}
+
+std::uint32_t platform::NoteLoadedModules() noexcept
+{
+    static constinit std::atomic<std::uint32_t> noted = 0;
+    const std::uint32_t changes = ModuleChanges::Count();
+    if (noted.load() == changes)
+        return changes;
+    const bool isNoted = Guarded(false, [] {
+        const DebugHelpLock lock;
+        return Help().IsReady() && Help().TakeUpModules();
+    });
+    if (isNoted)
+        noted = changes;
+    return noted;
+}
+
+// What was taken up once is known by its address for good.
+bool platform::ResolveAddress(const void* address, std::uint32_t, ResolvedAddress& resolved) noexcept
+{
+    return ResolveAddress(address, resolved);
+}
+
+platform::ModulePlace platform::FindModulePlace(const void* address, std::uint32_t)
+{
+    HMODULE module = nullptr;
+    const DWORD flags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    if (!GetModuleHandleExW(flags, static_cast<const wchar_t*>(address), &module))
+        return {};
+    return {ModuleFile(address), reinterpret_cast<std::uintptr_t>(address) - reinterpret_cast<std::uintptr_t>(module)};
 }
