@@ -19,9 +19,9 @@ bool HasReadableHeaders()
 bool IsSlotOf(std::int32_t index, const void* block)
 {
     using memory::g_state;
-    if (g_state.blockOfSlot == nullptr || index == memory::NoIndex)
+    if (g_state.slots == nullptr || index == memory::NoIndex)
         return true;
-    return index < g_state.slotCount && g_state.blockOfSlot(index) == block;
+    return index < g_state.slotCount && g_state.slots[index].block == block;
 }
 
 // What does not fit becomes a size that cannot be had.

@@ -28,13 +28,22 @@ constexpr int SeverityError = 2;
 class HookScope
 {
 public:
-    HookScope() : m_before(g_state.isHookRunning) { g_state.isHookRunning = true; }
-    ~HookScope() { g_state.isHookRunning = m_before; }
+    explicit HookScope(const void* caller = nullptr) : m_before(g_state.isHookRunning), m_callerBefore(g_state.caller)
+    {
+        g_state.isHookRunning = true;
+        g_state.caller = caller;
+    }
+    ~HookScope()
+    {
+        g_state.isHookRunning = m_before;
+        g_state.caller = m_callerBefore;
+    }
     HookScope(const HookScope&) = delete;
     HookScope& operator=(const HookScope&) = delete;
 
 private:
     bool m_before;
+    const void* m_callerBefore;
 };
 
 // Prints and posts without allocating. `message` is one of the texts below, plain ASCII.
@@ -92,9 +101,9 @@ void* AllocateUntracked(std::size_t size)
     return block != nullptr ? block : FailAllocation();
 }
 
-void CallAllocationHook(void* block, std::size_t size, const char* file, int line, int kind)
+void CallAllocationHook(void* block, std::size_t size, const char* file, int line, int kind, const void* caller)
 {
-    const HookScope scope;
+    const HookScope scope(caller);
     if (block != nullptr && memory::LaysHeaders())
         g_state.watch |= memory::WatchHeaders;
     g_state.allocationHook(block, size, file, line, kind);
@@ -122,7 +131,7 @@ bool IsBeyondChecker(std::size_t size)
     return g_state.isHookRunning || (size > memory::LargestTrackedSize && memory::LaysHeaders());
 }
 
-void* AllocateTracked(std::size_t size, const char* file, int line, int kind)
+void* AllocateTracked(std::size_t size, const char* file, int line, int kind, const void* caller)
 {
     const bool hasHeader = memory::LaysHeaders();
     const std::size_t wholeSize = size + (hasHeader ? memory::HeaderSize : 0);
@@ -130,20 +139,30 @@ void* AllocateTracked(std::size_t size, const char* file, int line, int kind)
     // Kept: without a hook the call fails and the block stays taken; checking was started without being initialised.
     if (g_state.allocationHook == nullptr)
         return FailAllocation();  // NOLINT(clang-analyzer-unix.Malloc)
-    CallAllocationHook(block, wholeSize, file, line, kind);
+    CallAllocationHook(block, wholeSize, file, line, kind, caller);
     // Checking may have been stopped by what the hook caused.
     if (block == nullptr || !hasHeader || !memory::IsActive() || !memory::IsHeaderMode())
         return block;
     return static_cast<unsigned char*>(block) + memory::HeaderSize;
 }
 
-[[gnu::noinline]] void* AllocateUncommon(std::size_t size, const char* file, int line, int kind)
+[[gnu::noinline]] void* AllocateUncommon(std::size_t size, const char* file, int line, int kind, const void* caller)
 {
     if (size == 0 || size > LargestSize)
         return RefuseSize(size);
     if (memory::IsActive() && !IsBeyondChecker(size))
-        return AllocateTracked(size, file, line, kind);
+        return AllocateTracked(size, file, line, kind, caller);
     return AllocateUntracked(size);
+}
+
+// `caller` is the return address of the exported function, by which call stacks know where the host's frames begin.
+inline void* Allocate(std::size_t size, const char* file, int line, int kind, const void* caller)
+{
+    if (g_state.watch == 0) [[likely]] {
+        if (void* const block = TakeLinkedBlock(size)) [[likely]]
+            return block;
+    }
+    return AllocateUncommon(size, file, line, kind, caller);
 }
 
 [[gnu::noinline]] void ReleaseWatched(void* block, const char* file, int line)
@@ -162,10 +181,10 @@ void* AllocateTracked(std::size_t size, const char* file, int line, int kind)
 }
 
 // A block with a header always moves, so that the checker sees an allocation and a release.
-void* ReallocateTracked(void* block, std::size_t size, const char* file, int line)
+void* ReallocateTracked(void* block, std::size_t size, const char* file, int line, const void* caller)
 {
     const std::size_t oldSize = static_cast<std::size_t>(memory::HeaderOf(block)->size);
-    void* const moved = VBuMalloc(size, file, line, 0);
+    void* const moved = Allocate(size, file, line, 0, caller);
     if (moved == nullptr && size != 0)
         return nullptr;
     if (moved != nullptr)
@@ -189,11 +208,7 @@ void* ReallocateUntracked(void* block, std::size_t size)
 
 void* VBuMalloc(std::size_t size, const char* file, int line, int kind)
 {
-    if (g_state.watch == 0) [[likely]] {
-        if (void* const block = TakeLinkedBlock(size)) [[likely]]
-            return block;
-    }
-    return AllocateUncommon(size, file, line, kind);
+    return Allocate(size, file, line, kind, __builtin_return_address(0));
 }
 
 void* VBuCalloc(std::size_t count, std::size_t size, const char* file, int line)
@@ -201,19 +216,19 @@ void* VBuCalloc(std::size_t count, std::size_t size, const char* file, int line)
     std::size_t bytes = 0;
     if (__builtin_mul_overflow(count, size, &bytes))
         return FailAllocation();
-    void* const block = VBuMalloc(bytes, file, line, 0);
+    void* const block = Allocate(bytes, file, line, 0, __builtin_return_address(0));
     return block != nullptr ? std::memset(block, 0, bytes) : nullptr;
 }
 
 void* VBuRealloc(void* block, std::size_t size, const char* file, int line)
 {
     if (block == nullptr)
-        return VBuMalloc(size, file, line, 0);
+        return Allocate(size, file, line, 0, __builtin_return_address(0));
     if (size == 0)
         Report("Memory allocation Error <VxRealloc>: 0 Bytes\n", 0);
     switch (memory::FindHeader(block)) {
         case HeaderState::Live:
-            return ReallocateTracked(block, size, file, line);
+            return ReallocateTracked(block, size, file, line, __builtin_return_address(0));
         case HeaderState::Released:
             return FailReallocation();
         case HeaderState::Doubtful:
@@ -236,7 +251,7 @@ char* VBuStrDup(const char* text, const char* file, int line)
     if (text == nullptr)
         return nullptr;
     const std::size_t size = std::strlen(text) + 1;
-    void* const copy = VBuMalloc(size, file, line, 0);
+    void* const copy = Allocate(size, file, line, 0, __builtin_return_address(0));
     return copy != nullptr ? static_cast<char*>(std::memcpy(copy, text, size)) : nullptr;
 }
 
@@ -244,7 +259,8 @@ void VBuAddPointer(void* block, std::size_t size, const char* file, int line, in
 {
     if (block == nullptr || !memory::IsActive() || g_state.allocationHook == nullptr || IsBeyondChecker(size))
         return;
-    CallAllocationHook(block, size + (memory::LaysHeaders() ? memory::HeaderSize : 0), file, line, kind);
+    CallAllocationHook(block, size + (memory::LaysHeaders() ? memory::HeaderSize : 0), file, line, kind,
+                       __builtin_return_address(0));
 }
 
 void VBuDeletePointer(void* block, const char* file, int line)

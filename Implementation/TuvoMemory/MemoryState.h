@@ -35,6 +35,19 @@ constexpr std::int32_t NoInitialCount = -1;
 // The size field cannot hold more. In a mode with headers a larger block goes without header and record.
 constexpr std::size_t LargestTrackedSize = INT32_MAX;
 
+// What the checker knows of a block with a header, whose index leads here.
+struct Slot
+{
+    void* block;  // the caller's pointer; the header stands in front
+    std::int32_t sequence;
+    std::int32_t line;  // stands where the layout leaves room; -1 without a file
+    const char* file;   // null in mode 2, which keeps no origin
+    std::uint16_t frameCount;
+    char** frames;  // the call stack
+};
+static_assert(sizeof(Slot) == 40);
+static_assert(offsetof(Slot, sequence) == 8 && offsetof(Slot, file) == 16 && offsetof(Slot, frames) == 32);
+
 // Told of every block made while the checker is active. `block` is the start of the header when LaysHeaders(), which
 // `size` then includes; null when memory is exhausted. Not entered again by what it causes itself.
 using AllocationHook = void (*)(void* block, std::size_t size, const char* file, int line, int kind);
@@ -60,14 +73,15 @@ struct State
     std::int32_t slotCount = 0;  // slots in use for blocks with headers; above the index of every live header
     bool isHookRunning = false;
     bool releaseHasHeader = false;
+    const void* caller = nullptr;  // while the allocation hook runs: the return address of the allocating function
 
     AllocationHook allocationHook = nullptr;
     ReleaseHook releaseHook = nullptr;
     ErrorReporter errorReporter = nullptr;  // null: standard error and BuOutputMessage
     CallStackProvider callStackProvider = nullptr;
-    void (*freeRecordTable)() = nullptr;                       // drops the records of the modes without headers
-    const void* (*blockOfSlot)(std::int32_t index) = nullptr;  // the caller's pointer; null: headers are not doubted
-    const char* defaultFile = nullptr;                         // for records whose file is null
+    void (*freeRecordTable)() = nullptr;  // drops the records of the modes without headers
+    const Slot* slots = nullptr;          // slotCount of them; null: headers are not doubted
+    const char* defaultFile = nullptr;    // for records whose file is null
 };
 
 extern constinit State g_state;

@@ -9,7 +9,7 @@
 //   VBU_FREE(name, __FILE__, __LINE__);   // name is null now
 //
 // Rules for all of it:
-//  - `file` is kept as a pointer, not copied: pass a literal. Null stands for the default file name.
+//  - `file` is read during the call alone. Null stands for the default file name.
 //  - Nothing throws. Exhausted memory, and a size that does not fit, is reported on standard error and to the message
 //    handler of basutl, and gives null.
 //  - Blocks are aligned to 8 bytes only: do not keep types of a higher alignment in them.
@@ -148,9 +148,12 @@ TUVOUTIL_API int MovraMemChkSetInitialCount(void* block, int count);
 
 // ---- Call stacks and names of leak records -------------------------------------------------------------------------
 
-// Installs what captures call stacks for the leak checker (null removes it); always 0. The provider is called with
-// *depth -1 to capture the stack into *frames, a malloc'ed array of 104-byte frames, and with the captured depth to
-// resolve those frames to functions, files and lines. It stores the number of frames in *depth.
+// Installs what captures call stacks for the leak checker (null removes it); always 0. TuvoCallStackProvider
+// (CallStack.h) is one. The provider is called with *depth -1 to capture the stack into *frames, one malloc'ed block in
+// a form of its own, and with the captured depth to resolve it: *frames then is a malloc'ed array of 104-byte frames,
+// each with the name of the function in its first 52 bytes, the line as a 32-bit integer (-1 when unknown) and the name
+// of the file in the last 48. The first three frames are those of the checker. It stores the number of frames in
+// *depth; 0 when there are none.
 TUVOUTIL_API int VMemSetGetFuncInfoPtr(int (*provider)(int* depth, char*** frames));
 
 // Captures a call stack with the provider and gives its depth; 0 without a provider.

@@ -37,7 +37,7 @@ MAY_INCLUDE = {
 # The module that a public header belongs to.
 PUBLIC_HEADERS = {
     "Messages.h": "Diagnostics", "Environment.h": "Diagnostics", "TrackedFile.h": "Diagnostics",
-    "Memory.h": "TuvoMemory", "LeakChecker.h": "TuvoMemory", "FixedHeap.h": "VFixedHeap",
+    "Memory.h": "TuvoMemory", "LeakChecker.h": "TuvoMemory", "CallStack.h": "CallStack", "FixedHeap.h": "VFixedHeap",
     "Units.h": "VUnit", "StringBreak.h": "VUtlStr", "IdList.h": "VUtlStr", "StringMatch.h": "VUtlStr",
     "StringClean.h": "VUtlStr", "NumberText.h": "VUtlStr", "IntegrityCheck.h": "IntegrityCheck",
     "Export.h": None, "Types.h": None,

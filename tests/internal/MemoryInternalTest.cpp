@@ -171,18 +171,17 @@ TEST(Headers, HaveToBePlausible)
     EXPECT_EQ(memory::FindHeader(nullptr), HeaderState::None);
 }
 
-const void* g_blockOfSlot0;
-
 TEST(Headers, HaveToAgreeWithTheirSlot)
 {
     Checker checker;
     g_state.watch |= memory::WatchHeaders;
     g_state.slotCount = 1;
-    g_state.blockOfSlot = [](std::int32_t) { return g_blockOfSlot0; };
+    memory::Slot slot = {};
+    g_state.slots = &slot;
     for (const std::int32_t index : {-1, 0, 1})
         for (const bool isSlot : {false, true}) {
             LookAlike block{{12345, 0, 8, index, -1}, {}};
-            g_blockOfSlot0 = isSlot ? block.content : nullptr;
+            slot.block = isSlot ? block.content : nullptr;
             EXPECT_EQ(memory::FindHeader(block.content) == HeaderState::Live, index < 0 || (index == 0 && isSlot));
         }
 }
@@ -195,7 +194,9 @@ TEST(Headers, OfDoubtIsTheCheckersToJudge)
     void* const bare = VxMalloc(32);
     ASSERT_EQ(bare, neighbour + 1);
     g_state.watch |= memory::WatchHeaders;
-    g_state.blockOfSlot = [](std::int32_t) -> const void* { return nullptr; };
+    const memory::Slot slot = {};
+    g_state.slots = &slot;
+    g_state.slotCount = 1;
     const auto imitate = [bare] { *memory::HeaderOf(bare) = {12345, 0, 1 << 30, 0, -1}; };
     imitate();
     EXPECT_EQ(VBuRealloc(bare, 20, File, 1), bare);
