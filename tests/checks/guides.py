@@ -1,4 +1,4 @@
-"""Every console block of the guides that runs tuvo shows what tuvo writes, and the tour of tuvo runs through.
+"""Every console block of the guides that runs tuvo or an example shows what it writes, and the tour of tuvo runs through.
 
 A line "$ COMMAND" is run by the shell in a folder with the sources' data and docs; what follows, up to the next command or
 the end of the block, is its output and its messages. "..." stands for any text in a line, alone in a line for any lines.
@@ -13,12 +13,13 @@ import tempfile
 
 source, binaries = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
 program = next(path for path in (binaries / "bin/tuvo", binaries / "bin/tuvo.exe") if path.exists())
+examples = [path for path in (binaries / "bin").glob("example_*") if path.suffix in ("", ".exe")]
 
 
 def commands(guide):
     for block in re.findall(r"^```console\n(.*?)^```$", guide.read_text(encoding="utf-8"), re.M | re.S):
         for command, output in re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", block, re.M):
-            if "tuvo" in command:
+            if re.search(r"\b(tuvo|example_\w+|cat)\b", command):
                 yield command, output
 
 
@@ -31,10 +32,12 @@ def matches(output, expected):
 with tempfile.TemporaryDirectory() as folder:
     for name in ("data", "docs"):
         os.symlink(source / name, pathlib.Path(folder) / name)
+    for path in [program, *examples]:
+        wrapper = pathlib.Path(folder) / path.stem
+        wrapper.write_text(f'#!/bin/sh\nexec {os.environ.get("EMULATOR", "")} "{path}" "$@"\n', encoding="utf-8")
+        wrapper.chmod(0o755)
     wrapper = pathlib.Path(folder) / "tuvo"
-    wrapper.write_text(f'#!/bin/sh\nexec {os.environ.get("EMULATOR", "")} "{program}" "$@"\n', encoding="utf-8")
-    wrapper.chmod(0o755)
-    settings = {name: value for name, value in os.environ.items() if name not in ("TUVO_CATALOGUE", "BU_LOG_LEVEL")}
+    settings = {name: value for name, value in os.environ.items() if name not in ("TUVO_CATALOGUE", "BU_LOG_LEVEL", "MOVRA_MEM_DEBUG")}
     settings["PATH"] = folder + os.pathsep + settings["PATH"]
 
     count = failures = 0
