@@ -39,7 +39,8 @@ PUBLIC_HEADERS = {
     "Messages.h": "Diagnostics", "Environment.h": "Diagnostics", "TrackedFile.h": "Diagnostics",
     "Memory.h": "TuvoMemory", "LeakChecker.h": "TuvoMemory", "CallStack.h": "CallStack", "FixedHeap.h": "VFixedHeap",
     "Units.h": "VUnit", "StringBreak.h": "VUtlStr", "IdList.h": "VUtlStr", "StringMatch.h": "VUtlStr",
-    "StringClean.h": "VUtlStr", "NumberText.h": "VUtlStr", "BinaryRead.h": "VUtlGen", "IntegrityCheck.h": "IntegrityCheck",
+    "StringClean.h": "VUtlStr", "NumberText.h": "VUtlStr", "BinaryRead.h": "VUtlGen", "FileName.h": "VUtlMisc",
+    "IntegrityCheck.h": "IntegrityCheck",
     "Export.h": None, "Types.h": None,
 }
 

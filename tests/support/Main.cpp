@@ -6,7 +6,8 @@
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 const char* __lsan_default_suppressions()
 {
-    return "leak:VbUtlBreakStringIntoStringsDbg\n";
+    return "leak:UtlGetDirNameFromFileName\n"
+           "leak:VbUtlBreakStringIntoStringsDbg\n";
 }
 
 int main(int argumentCount, char** arguments)
