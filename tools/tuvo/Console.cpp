@@ -112,14 +112,19 @@ std::string Emphasised(const std::string& text)
     return Styled(OutputStream, "1", text);
 }
 
+std::string Printable(std::string_view text)
+{
+    std::string printable(text);
+    for (char& c : printable)
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7f')
+            c = '?';
+    return printable;
+}
+
 std::string Quoted(std::string_view text)
 {
     constexpr std::size_t LongestShown = 60;
-    std::string quoted = '"' + std::string(text.substr(0, LongestShown));
-    for (char& c : quoted)
-        if (static_cast<unsigned char>(c) < ' ' || c == '\x7f')
-            c = '?';
-    return quoted + (text.size() > LongestShown ? "...\"" : "\"");
+    return '"' + Printable(text.substr(0, LongestShown)) + (text.size() > LongestShown ? "...\"" : "\"");
 }
 
 }  // namespace tool

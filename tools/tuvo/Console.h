@@ -40,7 +40,10 @@ int LogLevel();
 // A title as it is shown on standard output: bold on a terminal that knows colours.
 std::string Emphasised(const std::string& text);
 
-// A text of the user for a message: in double quotes, cut when it is long, without control characters.
+// A text from outside without control characters: "?" stands for each.
+std::string Printable(std::string_view text);
+
+// A text of the user for a message: in double quotes, cut when it is long, printable.
 std::string Quoted(std::string_view text);
 
 }  // namespace tool

@@ -79,4 +79,9 @@ std::string NumberText(double value, int digits)
     return text;
 }
 
+std::string Plural(std::uint64_t count, const std::string& noun)
+{
+    return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+}
+
 }  // namespace tool

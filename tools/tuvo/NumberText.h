@@ -1,6 +1,7 @@
 // Numbers as the user writes and reads them.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -19,5 +20,8 @@ void AppendNumber(std::string& out, double value, int digits);
 constexpr int DefaultDigits = 15;  // what survives the way from decimal to binary and back
 
 std::string NumberText(double value, int digits = DefaultDigits);
+
+// "1 block", "2 blocks".
+std::string Plural(std::uint64_t count, const std::string& noun);
 
 }  // namespace tool

@@ -33,11 +33,6 @@ constexpr char Examples[] =
     "  tuvo units --type Pressure   one data type and its unit in every system\n"
     "  tuvo units --check --catalogue draft/unit.xml";
 
-std::string Plural(std::size_t count, const std::string& noun)
-{
-    return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
-}
-
 std::string AbbreviationOf(const CatalogueFile& catalogue, int unit)
 {
     const BaseUnit* const found = FindUnit(catalogue, unit);
