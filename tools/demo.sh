@@ -58,6 +58,11 @@ A selection of nodes as a user types it, read and put in its short form:
 
 $ tuvo ids "100-105, 7, 103-110, 8 9" --compact
 
+What a program did not free, and what is new since the release before:
+
+$ tuvo leaks data/leaks.txt
+$ tuvo leaks data/leaks.txt --against data/leaks-before.txt
+
 What to try next:
 
   tuvo units --type      all quantities that can be converted

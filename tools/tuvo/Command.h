@@ -25,6 +25,7 @@ struct Command
 Command AddConvert(CLI::App& tuvo);
 Command AddUnits(CLI::App& tuvo);
 Command AddIds(CLI::App& tuvo);
+Command AddLeaks(CLI::App& tuvo);
 Command AddInfo(CLI::App& tuvo);
 
 // Refuses an empty text, which comes from a variable of a script that has no value.

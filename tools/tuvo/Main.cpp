@@ -21,6 +21,7 @@ constexpr char Closing[] =
     "  tuvo convert 210000 --type Pressure --from mm,ton,sec,kelvin --to in,lbf,sec,fahrenheit\n"
     "  tuvo units --systems\n"
     "  tuvo ids 1,5,10-20\n"
+    "  tuvo leaks leaks.txt\n"
     "  tuvo info\n"
     "\n"
     "Results go to standard output, messages to standard error. Exit codes: 0 done, 1 the work failed, 2 wrong usage.\n"
@@ -113,7 +114,8 @@ ExitCode ParseAndRun(std::vector<std::string> arguments)
     tuvo.get_formatter()->column_width(28);
     tuvo.footer(Closing);
     tuvo.require_subcommand(0, 1);  // a second name of a command is an argument like any other
-    const std::vector<Command> commands = {AddConvert(tuvo), AddUnits(tuvo), AddIds(tuvo), AddInfo(tuvo)};
+    const std::vector<Command> commands = {AddConvert(tuvo), AddUnits(tuvo), AddIds(tuvo), AddLeaks(tuvo),
+                                           AddInfo(tuvo)};
     try {
         tuvo.parse(arguments);
     } catch (const CLI::ParseError& error) {
