@@ -36,12 +36,13 @@ MAY_INCLUDE = {
 
 # The module that a public header belongs to.
 PUBLIC_HEADERS = {
-    "Messages.h": "Diagnostics", "Environment.h": "Diagnostics", "TrackedFile.h": "Diagnostics",
-    "Memory.h": "TuvoMemory", "LeakChecker.h": "TuvoMemory", "CallStack.h": "CallStack", "FixedHeap.h": "VFixedHeap",
-    "Units.h": "VUnit", "StringBreak.h": "VUtlStr", "IdList.h": "VUtlStr", "StringMatch.h": "VUtlStr",
-    "StringClean.h": "VUtlStr", "NumberText.h": "VUtlStr", "BinaryRead.h": "VUtlGen", "FileName.h": "VUtlMisc",
-    "IntegrityCheck.h": "IntegrityCheck",
     "Export.h": None, "Types.h": None,
+    "Messages.h": "Diagnostics", "Environment.h": "Diagnostics", "TrackedFile.h": "Diagnostics",
+    "FixedHeap.h": "VFixedHeap", "Memory.h": "TuvoMemory", "LeakChecker.h": "TuvoMemory", "CallStack.h": "CallStack",
+    "Units.h": "VUnit", "EquationEvaluator.h": "Evaluator", "IntegrityCheck.h": "IntegrityCheck",
+    "StringBreak.h": "VUtlStr", "IdList.h": "VUtlStr", "StringMatch.h": "VUtlStr", "StringClean.h": "VUtlStr",
+    "NumberText.h": "VUtlStr", "BinaryRead.h": "VUtlGen", "BulletinTable.h": "VUtlGen",
+    "FileName.h": "VUtlMisc", "FileSystem.h": "VUtlMisc", "CompressedFile.h": "VUtlMisc",
 }
 
 SYSTEM_CONDITIONAL = re.compile(r"^\s*#\s*(?:el)?if.*(_WIN32|_WIN64|__linux__|__unix__|__MINGW|__APPLE__|_MSC_VER)")
