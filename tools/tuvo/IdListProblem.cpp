@@ -1,6 +1,7 @@
 #include "tools/tuvo/IdListProblem.h"
 
 #include "tools/tuvo/Console.h"
+#include "tools/tuvo/Pointer.h"
 
 #include <algorithm>
 #include <string_view>
@@ -54,20 +55,6 @@ Problem CheckItem(std::string_view item)
     return problem;
 }
 
-// The line of a place, or what is near it, above a line with a caret.
-std::string Pointer(std::string_view line, std::size_t column)
-{
-    constexpr std::size_t before = 40;
-    constexpr std::size_t shown = 70;
-    const std::size_t first = column > before ? column - before : 0;
-    std::string excerpt(line.substr(first, shown));
-    std::replace_if(
-        excerpt.begin(), excerpt.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, '?');
-    const std::string lead = first > 0 ? "  ..." : "  ";
-    const char* const rest = first + shown < line.size() ? "..." : "";
-    return '\n' + lead + excerpt + rest + '\n' + std::string(lead.size() + column - first, ' ') + '^';
-}
-
 std::string Message(std::string_view text, std::size_t item, const Problem& problem)
 {
     const std::size_t lineEnd = text.find_last_of('\n', problem.place);
@@ -76,8 +63,8 @@ std::string Message(std::string_view text, std::size_t item, const Problem& prob
     const std::size_t column = problem.place - lineStart;
     const auto number = 1 + std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(lineStart), '\n');
     const std::string where = text.find('\n') != text.npos ? "line " + std::to_string(number) + ": " : "";
-    return where + "item " + std::to_string(item) + " at character " + std::to_string(column + 1) + ": " +
-           problem.reason + Pointer(line, column);
+    return where + "item " + std::to_string(item) + " at character " + std::to_string(CharacterNumber(line, column)) +
+           ": " + problem.reason + PointerTo(line, column);
 }
 
 }  // namespace
