@@ -44,7 +44,7 @@ TEST(TuvoConvert, ShowsResultsAsAskedFor)
          "    1 MPa = 1000000 Pa\n"
          "   10 MPa = 10000000 Pa\n"
          "2.5e3 MPa = 2.5e+09 Pa\n"
-         " -0.5 MPa = -500000 Pa\n"},
+         "  -.5 MPa = -500000 Pa\n"},
         {"1 2 --plain --digits 5 --type 36 --from 5 --to 22", "145.04\n290.08\n"},
         // Offsets leave no noise in the last digits: 0 C, the Fahrenheit zero, absolute zero.
         {"0 -17.77777777777778 -273.15 --plain --type Temperature --from 1 --to 22", "32\n0\n-459.67\n"},

@@ -75,13 +75,22 @@ ExitCode ReportUsage(const CLI::App& tuvo, const CLI::ParseError& error)
     return WrongUsage;
 }
 
-// The arguments in the order that CLI11 takes them, last first. "-.5" becomes "-0.5", which is not an option.
+// Whether an argument is a number or an expression in the shape of an option: -.5, -(2), -<x>, -+1.
+bool LooksLikeOption(const std::string& argument)
+{
+    if (argument.size() < 2 || argument.front() != '-')
+        return false;
+    const char next = argument[1];
+    return next == '(' || next == '<' || next == '+' || (next == '.' && argument.size() > 2 && BuIsDigit(argument[2]));
+}
+
+// The arguments in the order that CLI11 takes them, last first. A blank in front keeps it from taking one for an option.
 std::vector<std::string> ReversedArguments(int count, char** arguments)
 {
     std::vector<std::string> reversed(arguments + std::min(count, 1), arguments + count);
     for (std::string& argument : reversed)
-        if (argument.size() > 2 && argument.compare(0, 2, "-.") == 0 && BuIsDigit(argument[2]))
-            argument.insert(1, "0");
+        if (LooksLikeOption(argument))
+            argument.insert(0, " ");
     std::reverse(reversed.begin(), reversed.end());
     return reversed;
 }
