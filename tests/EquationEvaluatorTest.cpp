@@ -35,11 +35,6 @@ double LengthOfName(const char* name, const void* = nullptr)
     return *name == '0' ? 0.0 : static_cast<double>(std::strlen(name));
 }
 
-bool IsSame(double left, double right)
-{
-    return std::isnan(left) ? std::isnan(right) : left == right && std::signbit(left) == std::signbit(right);
-}
-
 TEST(EquationEvaluator, GivesValueCodeAndPosition)
 {
     const struct
@@ -115,7 +110,7 @@ TEST(EquationEvaluator, GivesValueCodeAndPosition)
     for (const auto& row : rows) {
         Evaluator evaluator(nullptr, LengthOfName);
         const GuardedBuffer text(row.text);
-        EXPECT_PRED2(IsSame, evaluator.Evaluate(text.Data()), row.value) << row.text;
+        EXPECT_PRED2(IsSameNumber, evaluator.Evaluate(text.Data()), row.value) << row.text;
         EXPECT_EQ(evaluator.Code(), row.code) << row.text;
         EXPECT_EQ(evaluator.GetErrorPosition(), row.position < 0 ? nullptr : text.Data() + row.position) << row.text;
     }
@@ -212,7 +207,7 @@ TEST(EquationEvaluator, AgreesWithAnEvaluatorWithoutRecursion)
     for (int i = 0; i < 200'000; ++i) {
         const std::string& text = texts.Next();
         plain.Evaluate(text.c_str());
-        ASSERT_PRED2(IsSame, evaluator.Evaluate(text.c_str()), plain.result) << text;
+        ASSERT_PRED2(IsSameNumber, evaluator.Evaluate(text.c_str()), plain.result) << text;
         ASSERT_EQ(evaluator.Code(), plain.code) << text;
         if (plain.code != 0) {
             ASSERT_EQ(evaluator.GetErrorPosition(), plain.position) << text;

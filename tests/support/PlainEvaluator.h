@@ -5,11 +5,18 @@
 #include <basutl/BuNumber.h>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+// Equal to the sign of a zero; one nan is as good as another.
+inline bool IsSameNumber(double left, double right)
+{
+    return std::isnan(left) ? std::isnan(right) : left == right && std::signbit(left) == std::signbit(right);
+}
 
 class PlainEvaluator
 {
