@@ -58,6 +58,11 @@ A selection of nodes as a user types it, read and put in its short form:
 
 $ tuvo ids "100-105, 7, 103-110, 8 9" --compact
 
+What a user types in place of a number, with a value for its variable; and with a mistake:
+
+$ tuvo eval "2*(<width> + 1.5)/3" width=4
+$ tuvo eval "2*(<width> + 1.5/3" width=4
+
 What a program did not free, and what is new since the release before:
 
 $ tuvo leaks data/leaks.txt

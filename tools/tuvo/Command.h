@@ -25,6 +25,7 @@ struct Command
 Command AddConvert(CLI::App& tuvo);
 Command AddUnits(CLI::App& tuvo);
 Command AddIds(CLI::App& tuvo);
+Command AddEval(CLI::App& tuvo);
 Command AddLeaks(CLI::App& tuvo);
 Command AddInfo(CLI::App& tuvo);
 

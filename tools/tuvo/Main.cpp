@@ -21,6 +21,7 @@ constexpr char Closing[] =
     "  tuvo convert 210000 --type Pressure --from mm,ton,sec,kelvin --to in,lbf,sec,fahrenheit\n"
     "  tuvo units --systems\n"
     "  tuvo ids 1,5,10-20\n"
+    "  tuvo eval \"2*(<width> + 1.5)\" width=4\n"
     "  tuvo leaks leaks.txt\n"
     "  tuvo info\n"
     "\n"
@@ -123,8 +124,8 @@ ExitCode ParseAndRun(std::vector<std::string> arguments)
     tuvo.get_formatter()->column_width(28);
     tuvo.footer(Closing);
     tuvo.require_subcommand(0, 1);  // a second name of a command is an argument like any other
-    const std::vector<Command> commands = {AddConvert(tuvo), AddUnits(tuvo), AddIds(tuvo), AddLeaks(tuvo),
-                                           AddInfo(tuvo)};
+    const std::vector<Command> commands = {AddConvert(tuvo), AddUnits(tuvo), AddIds(tuvo),
+                                           AddEval(tuvo),    AddLeaks(tuvo), AddInfo(tuvo)};
     try {
         tuvo.parse(arguments);
     } catch (const CLI::ParseError& error) {
