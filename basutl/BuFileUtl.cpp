@@ -177,11 +177,7 @@ bool BuFileUtl::CopyIn(const wchar_t* destination) const noexcept
 int BuFileUtl::GetSubDirectories(BuObjectArrayTempl<BuString>& names) const noexcept
 {
     const auto isSubDirectory = [this](const std::wstring& name) {
-        std::wstring path = m_path.GetText();
-        if (!EndsWithSeparator(path.c_str()))
-            path += platform::Separator();
-        path += name;
-        return IsDirectoryItself(path.c_str());
+        return IsDirectoryItself(JoinPath(m_path.GetText(), name, platform::Separator()).c_str());
     };
     return ReadDirectoryNames(m_path, names, isSubDirectory) ? names.GetCount() : -1;
 }

@@ -8,6 +8,7 @@
 #include <basutl/BuString.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 // Adds a name at the end; false when memory is exhausted.
@@ -18,7 +19,7 @@ inline bool AddName(BuObjectArrayTempl<BuString>& names, const std::wstring& nam
 }
 
 // Fills `names` with those that `isWanted` takes, sorted by code units. False, with `names` empty, when the directory
-// cannot be read or memory is exhausted, which `isWanted` tells by throwing std::bad_alloc.
+// cannot be read, or memory is exhausted, which is then the last error and which `isWanted` tells by std::bad_alloc.
 template <typename Predicate>
 bool ReadDirectoryNames(const wchar_t* directory, BuObjectArrayTempl<BuString>& names, Predicate isWanted) noexcept
 {
@@ -30,7 +31,7 @@ bool ReadDirectoryNames(const wchar_t* directory, BuObjectArrayTempl<BuString>& 
         BuObjectArrayTempl<BuString> wanted;
         for (const std::wstring& entry : entries)
             if (isWanted(entry) && !AddName(wanted, entry))
-                return false;
+                throw std::bad_alloc();
         std::sort(wanted.begin(), wanted.end());
         names.Swap(wanted);
         return true;

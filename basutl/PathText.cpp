@@ -74,7 +74,43 @@ void Enter(std::wstring& directory, std::size_t root, std::wstring_view name, wc
     directory += name;
 }
 
+// The length of the whole names that two paths, each with a separator at its end, begin with alike.
+std::size_t CommonLength(std::wstring_view left, std::wstring_view right, wchar_t separator)
+{
+    const bool hasCase = separator != L'\\';
+    std::size_t common = 0;
+    for (std::size_t i = 0; i < std::min(left.size(), right.size()); ++i) {
+        if (hasCase ? left[i] != right[i] : BuToLower(left[i]) != BuToLower(right[i]))
+            break;
+        if (left[i] == separator)
+            common = i + 1;
+    }
+    return common;
+}
+
 }  // namespace
+
+bool HasRoot(std::wstring_view path, wchar_t separator) noexcept
+{
+    return RootLength(path, separator == L'\\') > 0;
+}
+
+std::wstring MakeRelative(std::wstring_view path, std::wstring_view base, wchar_t separator)
+{
+    const std::wstring to = JoinPath(path, L"", separator);
+    const std::wstring from = JoinPath(base, L"", separator);
+    const std::size_t common = CommonLength(to, from, separator);
+    if (common < RootLength(to, separator == L'\\'))
+        return std::wstring(path);
+    std::wstring relative;
+    for (auto up = std::count(from.begin() + static_cast<std::ptrdiff_t>(common), from.end(), separator); up > 0; --up)
+        (relative += L"..") += separator;
+    relative += to.substr(common);
+    if (relative.empty())
+        return L".";
+    relative.pop_back();
+    return relative;
+}
 
 std::wstring MakeAbsolute(std::wstring_view path, std::wstring_view workingDirectory, wchar_t separator)
 {

@@ -40,4 +40,41 @@ TEST(PathText, BecomesAbsoluteByTheRulesOfItsSystem)
     EXPECT_EQ(MakeAbsolute(L"/a/..\\b", L"", L'/'), L"/b");
 }
 
+TEST(PathText, LeadsFromOneDirectoryToAnother)
+{
+    const struct
+    {
+        const wchar_t *path, *base, *relative;
+        wchar_t separator;
+    } rows[] = {
+        {L"/a/b", L"/a/b", L".", L'/'},
+        {L"/a/b/c", L"/a", L"b/c", L'/'},
+        {L"/a", L"/a/b/c", L"../..", L'/'},
+        {L"/ab/c", L"/a/c", L"../../ab/c", L'/'},
+        {L"/A", L"/a", L"../A", L'/'},
+        {L"/", L"/a", L"..", L'/'},
+        {L"/a", L"/", L"a", L'/'},
+        {L"C:\\a\\b", L"c:\\A\\x", L"..\\b", L'\\'},
+        {L"C:\\", L"C:\\a", L"..", L'\\'},
+        {L"D:\\a", L"C:\\a", L"D:\\a", L'\\'},
+        {L"\\\\s\\one\\a", L"\\\\s\\one\\b", L"..\\a", L'\\'},
+        {L"\\\\s\\one\\a", L"\\\\s\\two\\a", L"\\\\s\\one\\a", L'\\'},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(MakeRelative(row.path, row.base, row.separator), row.relative) << testing::PrintToString(row.path);
+        const std::wstring back = MakeAbsolute(row.relative, row.base, row.separator);
+        EXPECT_EQ(MakeRelative(back, row.path, row.separator), L".") << testing::PrintToString(row.path);
+    }
+}
+
+TEST(PathText, TellsWhatCannotStandBehindADirectory)
+{
+    for (const wchar_t* const path : {L"/a", L"\\a", L"//s/d"})
+        EXPECT_TRUE(HasRoot(path, L'/') && HasRoot(path, L'\\'));
+    for (const wchar_t* const path : {L"C:\\a", L"c:a", L"C:"})
+        EXPECT_TRUE(!HasRoot(path, L'/') && HasRoot(path, L'\\'));
+    for (const wchar_t* const path : {L"", L"a", L"a/b", L"..\\a", L"1:a"})
+        EXPECT_FALSE(HasRoot(path, L'/') || HasRoot(path, L'\\'));
+}
+
 }  // namespace
