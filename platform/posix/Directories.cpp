@@ -88,6 +88,11 @@ std::wstring platform::TemporaryDirectory()
     return Widen(directory);
 }
 
+const wchar_t* platform::CommonTemporaryDirectory() noexcept
+{
+    return L"/tmp";
+}
+
 wchar_t platform::Separator() noexcept
 {
     return L'/';

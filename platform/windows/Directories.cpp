@@ -65,6 +65,7 @@ bool platform::ListDirectory(const wchar_t* directory, std::vector<std::wstring>
     names.clear();
     const bool isListed = Guarded(false, [&] {
         std::wstring folder = NativePath(directory);
+        SetLastError(ERROR_DIRECTORY);  // unless the question itself fails
         if (!IsDirectory(folder))
             return false;
         if (folder.back() != L'\\' && folder.back() != L'/')
@@ -110,6 +111,11 @@ std::wstring platform::WorkingDirectory()
 std::wstring platform::TemporaryDirectory()
 {
     return WholeText([](wchar_t* buffer, DWORD capacity) { return GetTempPathW(capacity, buffer); });
+}
+
+const wchar_t* platform::CommonTemporaryDirectory() noexcept
+{
+    return L"C:\\Temp";
 }
 
 wchar_t platform::Separator() noexcept
