@@ -27,6 +27,7 @@ def exported_symbols(library):
     else:
         table = run(os.environ.get("NM", "nm"), "-D", "--defined-only", binaries / f"lib{library}.so")
         names = [line.split()[-1].split("@")[0] for line in table.splitlines()]
+    names = [name for name in names if not re.match(r"_ZN?K?(St|9__gnu_cxx)", name)]  # standard templates are no exports of ours
     return run("c++filt", input="\n".join(names)).splitlines()
 
 
@@ -40,7 +41,7 @@ def plain_name(symbol):
 
 
 def is_compiler_made(symbol, classes):
-    if symbol.startswith(("__odr_asan", "__asan", "__ubsan", "decltype")):  # decltype: results of std templates
+    if symbol.startswith(("__odr_asan", "__asan", "__ubsan")):
         return True
     if re.match(r"(vtable|typeinfo|typeinfo name|VTT|guard variable|non-virtual thunk|virtual thunk)\b", symbol):
         return True

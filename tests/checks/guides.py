@@ -24,9 +24,15 @@ def commands(guide):
 
 
 def matches(output, expected):
-    lines = [r"(?:.*\n)*" if line == "...\n" else re.escape(line).replace(r"\.\.\.", ".*")
-             for line in expected.splitlines(keepends=True)]
-    return re.fullmatch("".join(lines), output) is not None
+    """Line by line: `ends` holds how many lines of the output the expected ones so far may stand for."""
+    lines, ends = output.splitlines(), {0}
+    for wanted in expected.splitlines():
+        if wanted == "...":
+            ends = set(range(min(ends, default=len(lines) + 1), len(lines) + 1))
+        else:
+            line = re.compile(re.escape(wanted).replace(r"\.\.\.", ".*"))
+            ends = {end + 1 for end in ends if end < len(lines) and line.fullmatch(lines[end])}
+    return len(lines) in ends
 
 
 with tempfile.TemporaryDirectory() as folder:
