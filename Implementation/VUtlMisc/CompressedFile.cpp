@@ -18,14 +18,11 @@
 
 namespace {
 
+using misc::NewCopy;
+
 bool Exists(const std::string& path)
 {
     return misc::Exists(platform::Widen(path));
-}
-
-char* NewCopy(const std::string& text)
-{
-    return VBuStrDup(text.c_str(), modules::VUtlMisc, __LINE__);
 }
 
 std::string CommonDirectory()

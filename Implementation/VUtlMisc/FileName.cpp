@@ -1,6 +1,7 @@
 #include <TuvoUtil/FileName.h>
 
 #include "TuvoMemory/ModuleNames.h"
+#include "VUtlMisc/MiscText.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 
@@ -15,6 +16,8 @@
 
 namespace {
 
+using misc::NewCopy;
+
 constexpr char Separator = '\\';
 constexpr char SeparatorText[] = "\\";
 constexpr char EitherSeparator[] = "\\/";
@@ -26,16 +29,6 @@ enum PathKind : int
     File = 0,
     Directory = 1
 };
-
-char* NewCopy(std::string_view text, int line = __builtin_LINE())
-{
-    char* const copy = static_cast<char*>(VBuMalloc(text.size() + 1, modules::VUtlMisc, line, 0));
-    if (copy != nullptr) {
-        std::copy(text.begin(), text.end(), copy);
-        copy[text.size()] = '\0';
-    }
-    return copy;
-}
 
 // A copy in which every separator is '\'.
 char* NewConverted(std::string_view text, int line = __builtin_LINE())

@@ -4,6 +4,7 @@
 #include "TuvoMemory/ScratchBuffer.h"
 #include "VUtlStr/IdListArray.h"
 #include "VUtlStr/IdListFields.h"
+#include "VUtlStr/Trim.h"
 
 #include <basutl/BuCharacter.h>
 #include <basutl/BuNumber.h>
@@ -27,15 +28,6 @@ std::int64_t CountFields(std::string_view text, char separator)
 {
     const auto separators = std::count(text.begin(), text.end(), separator);
     return separators + (!text.empty() && text.back() != separator);
-}
-
-std::string_view Trimmed(std::string_view text)
-{
-    while (!text.empty() && BuIsSpace(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && BuIsSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
 }
 
 // ---- Checked values ------------------------------------------------------------------------------------------------
@@ -72,7 +64,7 @@ const char* ReadValues(std::string_view text, Values& values)
     for (std::string_view item; items.Next(item);) {
         idlist::Fields parts(item, ' ');
         for (std::string_view part; parts.Next(part);) {
-            const std::string_view number = Trimmed(part);
+            const std::string_view number = strings::WithoutSpaceAtEnds(part);
             if (number.empty())
                 continue;
             if (const char* const problem = Problem(number))
@@ -87,7 +79,7 @@ const char* ReadValues(std::string_view text, Values& values)
 // Removes the white space around a text in place.
 std::string_view TrimInPlace(char* text)
 {
-    const std::string_view trimmed = Trimmed(text);
+    const std::string_view trimmed = strings::WithoutSpaceAtEnds(text);
     std::memmove(text, trimmed.data(), trimmed.size());
     text[trimmed.size()] = '\0';
     return {text, trimmed.size()};
