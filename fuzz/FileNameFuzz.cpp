@@ -1,22 +1,12 @@
-#include <TuvoUtil/Memory.h>
 #include <TuvoUtil/StringClean.h>
+
+#include "tests/support/Texts.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
-
-namespace {
-
-std::string Taken(char* text)
-{
-    std::string result = text;
-    VBuFree(text, "fuzz", __LINE__);
-    return result;
-}
-
-}  // namespace
 
 // The input is a length and a path. Laws: a path cut short has at most that many bytes and loses no more than it must; a
 // name without invalid characters stays as it is, and none are left.

@@ -1,22 +1,12 @@
-#include <TuvoUtil/Memory.h>
 #include <TuvoUtil/StringClean.h>
+
+#include "tests/support/Texts.h"
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
-
-namespace {
-
-std::string Taken(char* text)
-{
-    std::string result = text;
-    VBuFree(text, "fuzz", __LINE__);
-    return result;
-}
-
-}  // namespace
 
 // Laws: a text in quotes is cleared as the text in blanks is; what neither begins nor ends with a quote stays.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

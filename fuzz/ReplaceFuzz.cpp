@@ -1,17 +1,11 @@
-#include <TuvoUtil/Memory.h>
 #include <TuvoUtil/StringMatch.h>
+
+#include "tests/support/Texts.h"
 
 #include <cstdint>
 #include <cstdlib>
 #include <sstream>
 #include <string>
-
-static std::string Taken(char* text)
-{
-    std::string copy = text;
-    VBuFree(text, __FILE__, __LINE__);
-    return copy;
-}
 
 // The input is a pattern, a replacement and a text, divided by newlines. Laws: a pattern in its own place changes nothing,
 // what is removed is what is replaced by nothing, and a text without delimiters stays.

@@ -1,6 +1,7 @@
-#include <TuvoUtil/Memory.h>
 #include <TuvoUtil/StringMatch.h>
 #include <basutl/BuCharacter.h>
+
+#include "tests/support/Texts.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -17,10 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string text = divide < input.size() ? input.substr(divide + 1).c_str() : "";
 
     const auto replaced = [&word](std::string in, std::string by) {
-        char* const result = UtlSearchAndReplaceByMatchWholeWord(in.data(), word.data(), by.data());
-        std::string copy = result;
-        VBuFree(result, __FILE__, __LINE__);
-        return copy;
+        return Taken(UtlSearchAndReplaceByMatchWholeWord(in.data(), word.data(), by.data()));
     };
     if (replaced(text, word) != text)
         std::abort();

@@ -1,23 +1,15 @@
 #include <TuvoUtil/FileName.h>
-#include <TuvoUtil/Memory.h>
 
 #include "platform/Platform.h"
 #include "support/ChildProcess.h"
 #include "support/TestFiles.h"
+#include "support/Texts.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
 namespace {
-
-// A new text as a value; "(null)" for none.
-std::string Taken(char* text)
-{
-    std::string taken = text != nullptr ? text : "(null)";
-    VBuFree(text, __FILE__, __LINE__);
-    return taken;
-}
 
 std::string BaseName(const std::string& path)
 {
