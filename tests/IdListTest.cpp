@@ -2,6 +2,7 @@
 #include <TuvoUtil/Memory.h>
 #include <basutl/BuCharacter.h>
 
+#include "support/GuardedBuffer.h"
 #include "support/Texts.h"
 
 #include <gtest/gtest.h>
@@ -504,14 +505,15 @@ TEST(CheckedValues, AreReadOrNamedWrong)
         {"..", {}, "Enter non zero values!"},
     };
     for (const auto& row : rows) {
-        std::string text = row.text;
-        std::vector<char> message(53);
+        const GuardedBuffer text(row.text);
+        const GuardedBuffer message(std::size_t{53});
+        *message.Data() = '\0';
         int count = 99;
         double garbage = 0;
         double* values = &garbage;
-        const int result = UtlGetTvCoordValuesFromString(text.data(), &count, &values, nullptr, message.data());
+        const int result = UtlGetTvCoordValuesFromString(text.Data(), &count, &values, nullptr, message.Data());
         EXPECT_EQ(result, *row.message != '\0') << row.text;
-        EXPECT_STREQ(message.data(), row.message) << row.text;
+        EXPECT_STREQ(message.Data(), row.message) << row.text;
         EXPECT_EQ(values == nullptr, row.values.empty()) << row.text;
         EXPECT_EQ(Take(values, count), row.values) << row.text;
     }
