@@ -184,9 +184,9 @@ int MovraStartSecondPass()
 void MovraStartMemoryLeakCheck()
 {
     Tally& tally = TheState().tally;
-    memory::SetActive(true);
     if (g_state.mode == 2 && !tally.expected.indices.IsEmpty())
         g_state.mode = 3;
+    memory::SetActive(true);
     tally.startCounter = tally.counter;
     const BuString text = StartPass(tally);
     StartFileTracker();

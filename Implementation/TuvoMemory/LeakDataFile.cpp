@@ -35,8 +35,8 @@ bool CollectIndices(HeapArray<std::int32_t>& indices)
     if (!indices.Reserve(tally.slots.Count()))
         return false;
     for (const leaks::Slot& slot : tally.slots)
-        if (slot.sequence >= first)
-            indices.Append(slot.sequence);
+        if (slot.number.sequence >= first)
+            indices.Append(slot.number.sequence);
     std::sort(indices.begin(), indices.end());
     return true;
 }

@@ -3,7 +3,7 @@
 // Messages come first: whoever receives one may allocate and free, so nothing is half done then, and what the message
 // may have changed is asked again afterwards.
 
-#include "TuvoMemory/LeakState.h"
+#include "TuvoMemory/LeakTracking.h"
 
 #include <TuvoUtil/Memory.h>
 #include <TuvoUtil/Messages.h>
@@ -11,7 +11,6 @@
 #include <basutl/BuMessage.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 namespace {
@@ -32,30 +31,12 @@ struct Allocation
     std::int32_t sequence;
 };
 
-const char* FileOrDefault(const char* file)
-{
-    if (file != nullptr)
-        return file;
-    return g_state.defaultFile != nullptr ? g_state.defaultFile : "Unknown";
-}
-
 // ---- Messages ------------------------------------------------------------------------------------------------------
-
-constexpr std::int64_t Megabyte = 1'000'000;
-
-std::int64_t ProgressStep(std::int64_t megabytes)
-{
-    if (megabytes < 30)
-        return 5;
-    if (megabytes < 100)
-        return 10;
-    return megabytes < 1000 ? 30 : 50;
-}
 
 [[gnu::cold]] void TellProgress(std::int64_t bytes)
 {
     const std::int64_t kilobytes = bytes / 1000;
-    const std::int64_t megabytes = bytes / Megabyte;
+    const std::int64_t megabytes = bytes / leaks::Progress::Megabyte;
     BuString text;
     // Kept: kilobytes are never told of, since a megabyte has 1000 of them.
     if (kilobytes >= 2 && kilobytes <= 999)
@@ -66,17 +47,6 @@ std::int64_t ProgressStep(std::int64_t megabytes)
     else
         text.Format(BuLocalizeStringExW(L"MemLeakChecker:   Allocated memory in use = %zd MB\n", 0), megabytes);
     BuOutputMessage(SeverityInformation, text.GetText());
-}
-
-[[gnu::noinline]] void TellProgressWhenDue()
-{
-    leaks::Tally& tally = leaks::TheState().tally;
-    const std::int64_t megabytes = tally.bytesInUse / Megabyte;
-    const std::int64_t step = ProgressStep(megabytes);
-    if (megabytes >= tally.reportedMegabytes - step && megabytes <= tally.reportedMegabytes + step) [[likely]]
-        return;
-    tally.reportedMegabytes = megabytes;
-    TellProgress(tally.bytesInUse);
 }
 
 bool IsWatched(const Allocation& allocation)
@@ -124,50 +94,20 @@ bool IsWatched(const Allocation& allocation)
 
 // ---- Allocations ---------------------------------------------------------------------------------------------------
 
-using Ones = std::array<unsigned char, 16>;
-constexpr Ones g_ones = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
-
-// Sets `size` bytes to 1 by so many stores, the last ones on top of each other when fewer would do.
-template <std::size_t Stores>
-void FillByStores(unsigned char* payload, std::size_t size)
-{
-    for (std::size_t i = 0; i < Stores; ++i)
-        std::memcpy(payload + std::min(i * sizeof(Ones), size - sizeof(Ones)), &g_ones, sizeof(Ones));
-}
-
-// Sets the bytes of the caller to 1. Most blocks are small and of ever other sizes, where the branches of memset would be
-// guessed wrong.
-void FillPayload(BlockHeader* header, std::size_t size)
-{
-    auto* const payload = reinterpret_cast<unsigned char*>(header + 1);
-    if (size < sizeof(Ones) || size > 8 * sizeof(Ones))
-        std::memset(payload, 1, size);
-    else if (size <= 2 * sizeof(Ones))
-        FillByStores<2>(payload, size);
-    else
-        FillByStores<8>(payload, size);
-}
-
-// The index of a new slot for a block with a header; NoIndex when memory is exhausted, or the provider has ended the
-// check. Fields are stored one by one: what was put together elsewhere would wait for itself when copied.
-std::int32_t AddSlot(const Allocation& allocation)
+// The index of a new slot; NoIndex when memory is exhausted, or the provider has ended the check.
+std::int32_t AddSlot(BlockHeader& header, const Allocation& allocation)
 {
     leaks::State& state = leaks::TheState();
-    leaks::CallStack stack = {0, nullptr};
-    if (g_state.callStackProvider != nullptr) [[unlikely]]
-        stack = leaks::CaptureStack();
-    leaks::Slot* const slot = memory::LaysHeaders() ? state.tally.slots.Add() : nullptr;
-    if (slot == nullptr) [[unlikely]] {
+    leaks::CallStack stack = leaks::CaptureStack();
+    if (!memory::LaysHeaders() || !state.tally.slots.MakeRoom()) {
         leaks::FreeStack(stack);
         return memory::NoIndex;
     }
-    slot->block = static_cast<BlockHeader*>(allocation.block) + 1;
-    slot->sequence = allocation.sequence;
-    slot->file = g_state.mode == 4 ? state.names.Find(allocation.file) : nullptr;
-    slot->line = slot->file != nullptr ? allocation.line : leaks::UnknownLine;
-    slot->frameCount = stack.depth;
-    slot->frames = stack.frames;
-    return g_state.slotCount - 1;
+    const std::int32_t index = g_state.slotCount;
+    const char* const name = g_state.mode == 4 ? state.names.Find(allocation.file) : nullptr;
+    leaks::AddSlot(header, name, allocation.line, allocation.sequence);
+    state.tally.slots.SetStack(index, stack);
+    return index;
 }
 
 // The header is written whatever happens to the slot: the caller's bytes begin behind it.
@@ -175,12 +115,8 @@ void TrackByHeader(const Allocation& allocation)
 {
     auto* const header = static_cast<BlockHeader*>(allocation.block);
     const std::size_t size = allocation.size - memory::HeaderSize;
-    FillPayload(header, size);
-    header->index = AddSlot(allocation);
-    header->size = static_cast<std::int32_t>(size);
-    header->initialCount = memory::NoInitialCount;
-    leaks::TheState().tally.bytesInUse += header->size;
-    header->tag = static_cast<std::uint16_t>(memory::TagOfKind0 + allocation.kind);
+    std::memset(header + 1, 1, size);
+    leaks::LayHeader(*header, size, AddSlot(*header, allocation), allocation.kind);
 }
 
 [[gnu::noinline]] void TrackByRecord(const Allocation& allocation)
@@ -208,32 +144,6 @@ void TrackByHeader(const Allocation& allocation)
     tally.peakBytes = std::max(tally.peakBytes, tally.bytesInUse);
 }
 
-void OnAllocation(void* block, std::size_t size, const char* file, int line, int kind)
-{
-    if (!memory::IsActive())
-        return;
-    leaks::State& state = leaks::TheState();
-    if (g_state.headerSuppression == 1) {
-        ++state.tally.countedOnly;
-        return;
-    }
-    const Allocation allocation = {block, size, FileOrDefault(file),
-                                   line,  kind, leaks::SequenceOf(state.tally.counter++)};
-    if (block == nullptr)  // memory is exhausted
-        return;
-    const bool hasHeader = memory::LaysHeaders();
-    if (state.tally.bytesInUse >= Megabyte)
-        TellProgressWhenDue();
-    if (g_state.mode == 3 && !state.tally.expected.Take(allocation.sequence))
-        return;
-    if (state.watch.IsSet() && g_state.mode >= 2)
-        TellIfWatched(allocation);
-    if (hasHeader)
-        TrackByHeader(allocation);
-    else if (!memory::IsHeaderMode())
-        TrackByRecord(allocation);
-}
-
 // ---- Releases ------------------------------------------------------------------------------------------------------
 
 bool ReleaseWithHeader(BlockHeader* header, const char* file, int line)
@@ -249,8 +159,10 @@ bool ReleaseWithHeader(BlockHeader* header, const char* file, int line)
             TellInvalidPointer(file, line);
             return false;
         }
+        std::memset(header + 1, 1, static_cast<std::size_t>(header->size));
+        leaks::CallStack stack = {0, tally.slots[static_cast<std::size_t>(index)].frames};
+        leaks::FreeStack(stack);
         tally.bytesInUse -= header->size;
-        FillPayload(header, static_cast<std::size_t>(header->size));
         tally.slots.Remove(index);
     }
     memory::MarkReleased(*header);
@@ -276,7 +188,41 @@ void NoteFreedBlock(const void* block)
     leaks::RemoveFreed(block);
 }
 
-bool OnRelease(void* block, const char* file, int line)
+// What is noted as freed belongs to records that are gone.
+void FreeRecordTable()
+{
+    leaks::TheState().tally.records.Clear();
+    leaks::TheState().tally.freedBlocks.Clear();
+}
+
+}  // namespace
+
+void leaks::OnAllocation(void* block, std::size_t size, const char* file, int line, int kind)
+{
+    if (!memory::IsActive())
+        return;
+    State& state = TheState();
+    if (g_state.headerSuppression == 1) {
+        ++state.tally.countedOnly;
+        return;
+    }
+    const Allocation allocation = {block, size, FileOrDefault(file), line, kind, SequenceOf(state.tally.counter++)};
+    if (block == nullptr)  // memory is exhausted
+        return;
+    const bool hasHeader = memory::LaysHeaders();
+    if (state.tally.progress.TakeStep(state.tally.bytesInUse))
+        TellProgress(state.tally.bytesInUse);
+    if (g_state.mode == 3 && !state.tally.expected.Take(allocation.sequence))
+        return;
+    if (state.watch.IsSet() && g_state.mode >= 2)
+        TellIfWatched(allocation);
+    if (hasHeader)
+        TrackByHeader(allocation);
+    else if (!memory::IsHeaderMode())
+        TrackByRecord(allocation);
+}
+
+bool leaks::OnRelease(void* block, const char* file, int line)
 {
     if (g_state.releaseHasHeader)
         return ReleaseWithHeader(static_cast<BlockHeader*>(block), FileOrDefault(file), line);
@@ -289,18 +235,10 @@ bool OnRelease(void* block, const char* file, int line)
     return true;
 }
 
-// What is noted as freed belongs to records that are gone.
-void FreeRecordTable()
-{
-    leaks::TheState().tally.records.Clear();
-    leaks::TheState().tally.freedBlocks.Clear();
-}
-
-}  // namespace
-
 void leaks::InstallHooks()
 {
     g_state.allocationHook = OnAllocation;
     g_state.releaseHook = OnRelease;
     g_state.freeRecordTable = FreeRecordTable;
+    memory::DropShortcut();
 }

@@ -43,12 +43,12 @@ Record MakeRecord(const leaks::Slot& slot)
     const memory::BlockHeader& header = *memory::HeaderOf(slot.block);
     Record record = {};
     record.SetStack({slot.frameCount, slot.frames});
-    record.sequence = slot.sequence;
+    record.sequence = slot.number.sequence;
     if (slot.file != nullptr)
         std::memcpy(record.file, slot.file, sizeof record.file);
     record.block = slot.block;
     record.size = static_cast<std::uint32_t>(header.size);
-    record.line = static_cast<std::uint32_t>(slot.line);
+    record.line = static_cast<std::uint32_t>(slot.number.line);
     record.kind = static_cast<std::uint32_t>(header.tag - memory::TagOfKind0);
     return record;
 }

@@ -28,6 +28,28 @@ struct ExpectedSequence
     }
 };
 
+// Bytes in use are told of when their megabytes have left what was told last by more than a step.
+class Progress
+{
+public:
+    static constexpr std::int64_t Megabyte = 1'000'000;
+
+    // Whether so many bytes are surely not to be told of: few instructions for the common case.
+    bool IsTold(std::int64_t bytes) const noexcept { return bytes >= m_toldFrom && bytes < m_toldUpTo; }
+
+    // Whether so many bytes have to be told of. They count as told then.
+    bool TakeStep(std::int64_t bytes) noexcept;
+
+private:
+    bool IsWithinStep(std::int64_t megabytes) const noexcept;
+
+    static constexpr std::int64_t FirstStep = 5;  // megabytes
+
+    std::int64_t m_told = 0;      // megabytes
+    std::int64_t m_toldFrom = 0;  // bytes around m_told that all lie within the step
+    std::int64_t m_toldUpTo = (FirstStep + 1) * Megabyte;
+};
+
 // The number of records at which mode 0 first looks for freed blocks among them, and by which that number then grows.
 constexpr std::size_t ReconciliationStep = 2'000'000;
 
@@ -42,7 +64,7 @@ struct Tally
     std::int64_t bytesAllocated = 0;
     std::int64_t bytesFreed = 0;   // mode 1 only
     std::int64_t countedOnly = 0;  // allocations made while recording was suppressed
-    std::int64_t reportedMegabytes = 0;
+    Progress progress;
     std::size_t reconciliationThreshold = ReconciliationStep;
     ExpectedSequence expected;
     RecordTable records;
@@ -50,7 +72,7 @@ struct Tally
     SlotTable slots;
 };
 
-// Allocations that are to be told of, so that a debugger can hold there.
+// Allocations that are to be told of, so that a debugger can hold there. Set by WatchSequence and WatchLine.
 struct Watch
 {
     std::int64_t sequence = -1;  // sequence index; -1 for none
@@ -89,6 +111,11 @@ inline std::int32_t SequenceOf(std::uint32_t counter) noexcept
 {
     return static_cast<std::int32_t>(counter);
 }
+
+// What a developer calls in the debugger, to be told of the allocation with a sequence index, or of those of a source
+// line. A file in a path goes with its last backslash, as in "\\part.cpp".
+[[gnu::used]] void WatchSequence(std::int32_t sequence) noexcept;
+[[gnu::used]] void WatchLine(const char* file, int line) noexcept;
 
 // Installs the checker in tracked allocation.
 void InstallHooks();

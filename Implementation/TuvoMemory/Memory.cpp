@@ -1,3 +1,4 @@
+#include "TuvoMemory/LeakTracking.h"
 #include "TuvoMemory/MemoryState.h"
 #include "VFixedHeap/VxHeap.h"
 
@@ -32,6 +33,7 @@ public:
     {
         g_state.isHookRunning = true;
         g_state.caller = caller;
+        memory::DropShortcut();
     }
     ~HookScope()
     {
@@ -140,6 +142,7 @@ void* AllocateTracked(std::size_t size, const char* file, int line, int kind, co
     if (g_state.allocationHook == nullptr)
         return FailAllocation();  // NOLINT(clang-analyzer-unix.Malloc)
     CallAllocationHook(block, wholeSize, file, line, kind, caller);
+    leaks::TakeUpShortcut();
     // Checking may have been stopped by what the hook caused.
     if (block == nullptr || !hasHeader || !memory::IsActive() || !memory::IsHeaderMode())
         return block;
@@ -148,11 +151,19 @@ void* AllocateTracked(std::size_t size, const char* file, int line, int kind, co
 
 [[gnu::noinline]] void* AllocateUncommon(std::size_t size, const char* file, int line, int kind, const void* caller)
 {
+    if (void* const block = leaks::TakeLargeSlottedBlock(size, file, line, kind))
+        return block;
     if (size == 0 || size > LargestSize)
         return RefuseSize(size);
     if (memory::IsActive() && !IsBeyondChecker(size))
         return AllocateTracked(size, file, line, kind, caller);
     return AllocateUntracked(size);
+}
+
+[[gnu::noinline]] void* AllocateWatched(std::size_t size, const char* file, int line, int kind, const void* caller)
+{
+    void* const block = leaks::TakeSlottedBlock(size, file, line, kind);
+    return block != nullptr ? block : AllocateUncommon(size, file, line, kind, caller);
 }
 
 // `caller` is the return address of the exported function, by which call stacks know where the host's frames begin.
@@ -161,11 +172,12 @@ inline void* Allocate(std::size_t size, const char* file, int line, int kind, co
     if (g_state.watch == 0) [[likely]] {
         if (void* const block = TakeLinkedBlock(size)) [[likely]]
             return block;
+        return AllocateUncommon(size, file, line, kind, caller);
     }
-    return AllocateUncommon(size, file, line, kind, caller);
+    return AllocateWatched(size, file, line, kind, caller);
 }
 
-[[gnu::noinline]] void ReleaseWatched(void* block, const char* file, int line)
+[[gnu::noinline]] void ReleaseUncommon(void* block, const char* file, int line)
 {
     const HeaderState header = memory::FindHeader(block);
     const bool hasHeader = IsReleasedByHeader(header);
@@ -178,6 +190,13 @@ inline void* Allocate(std::size_t size, const char* file, int line, int kind, co
     if (hasHeader)
         memory::MarkReleased(*static_cast<memory::BlockHeader*>(start));
     vxheap::Release(start);
+}
+
+[[gnu::noinline]] void ReleaseWatched(void* block, const char* file, int line)
+{
+    if (!leaks::IsSlottedBlock(block)) [[unlikely]]
+        return ReleaseUncommon(block, file, line);
+    leaks::GiveSlottedBlock(block);
 }
 
 // A block with a header always moves, so that the checker sees an allocation and a release.

@@ -40,6 +40,7 @@ int VMemorySetMode(int mode, int second)
     const int previous = g_state.mode;
     g_state.second = second;
     g_state.mode = KnownMode(mode);
+    memory::DropShortcut();
     // Kept: compared with the mode asked for, so asking for 7 drops the records although the mode stays 2.
     if (previous != mode && g_state.freeRecordTable != nullptr)
         g_state.freeRecordTable();
@@ -54,6 +55,7 @@ int MovraIsMemCheckActive()
 int VMemSetGetFuncInfoPtr(int (*provider)(int* depth, char*** frames))
 {
     g_state.callStackProvider = provider;
+    memory::DropShortcut();
     return 0;
 }
 

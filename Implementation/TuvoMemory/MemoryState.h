@@ -38,15 +38,20 @@ constexpr std::size_t LargestTrackedSize = INT32_MAX;
 // What the checker knows of a block with a header, whose index leads here.
 struct Slot
 {
+    struct Number
+    {
+        std::int32_t sequence;
+        std::int32_t line;  // stands where the layout leaves room; -1 without a file
+    };
+
     void* block;  // the caller's pointer; the header stands in front
-    std::int32_t sequence;
-    std::int32_t line;  // stands where the layout leaves room; -1 without a file
-    const char* file;   // null in mode 2, which keeps no origin
+    Number number;
+    const char* file;  // null in mode 2, which keeps no origin
     std::uint16_t frameCount;
     char** frames;  // the call stack
 };
 static_assert(sizeof(Slot) == 40);
-static_assert(offsetof(Slot, sequence) == 8 && offsetof(Slot, file) == 16 && offsetof(Slot, frames) == 32);
+static_assert(offsetof(Slot, number) == 8 && offsetof(Slot, file) == 16 && offsetof(Slot, frames) == 32);
 
 // Told of every block made while the checker is active. `block` is the start of the header when LaysHeaders(), which
 // `size` then includes; null when memory is exhausted. Not entered again by what it causes itself.
@@ -63,6 +68,9 @@ using CallStackProvider = int (*)(int* depth, char*** frames);
 
 constexpr std::uint32_t WatchActive = 1;   // the checker is active
 constexpr std::uint32_t WatchHeaders = 2;  // a header was laid; from then on blocks may have one
+// A block gets a header and a slot, or gives them back, and nobody has to be told or asked of it: no hook needs to run.
+// Whoever changes anything that this depends on drops it; it is taken up again after the next hook.
+constexpr std::uint32_t WatchShortcut = 4;
 
 struct State
 {
@@ -80,7 +88,7 @@ struct State
     ErrorReporter errorReporter = nullptr;  // null: standard error and BuOutputMessage
     CallStackProvider callStackProvider = nullptr;
     void (*freeRecordTable)() = nullptr;  // drops the records of the modes without headers
-    const Slot* slots = nullptr;          // slotCount of them; null: headers are not doubted
+    Slot* slots = nullptr;                // slotCount of them; null: headers are not doubted
     const char* defaultFile = nullptr;    // for records whose file is null
 };
 
@@ -91,8 +99,14 @@ inline bool IsActive() noexcept
     return (g_state.watch & WatchActive) != 0;
 }
 
+inline void DropShortcut() noexcept
+{
+    g_state.watch &= ~WatchShortcut;
+}
+
 inline void SetActive(bool active) noexcept
 {
+    DropShortcut();
     g_state.watch = active ? g_state.watch | WatchActive : g_state.watch & ~WatchActive;
 }
 

@@ -30,8 +30,8 @@ const char* leaks::SourceNames::FindAnew(const char* file) noexcept
     const std::size_t length = std::strlen(file);
     Recent& recent = m_recent[CacheSlot(file)];
     if (name != nullptr && length < sizeof recent.text) {
-        recent.file = file;
-        recent.name = name;
+        recent = {.file = file, .name = name, .fullWords = length / sizeof(Word), .lastMask = 0, .text = {}};
+        std::memset(&recent.lastMask, 0xFF, length % sizeof(Word) + 1);
         std::memcpy(recent.text, file, length + 1);
     }
     return name;

@@ -29,19 +29,28 @@ public:
     // NameOfSource, kept until Clear; null when memory is exhausted.
     const char* Find(const char* file) noexcept
     {
+        const char* const name = FindRecent(file);
+        return name != nullptr ? name : FindAnew(file);
+    }
+
+    // The same when the file was asked for not long ago, else null.
+    const char* FindRecent(const char* file) const noexcept
+    {
         const Recent& recent = m_recent[CacheSlot(file)];
-        // The same address may hold another text by now.
-        return recent.file == file && std::strcmp(recent.text, file) == 0 ? recent.name : FindAnew(file);
+        return recent.file == file && HasText(recent, file) ? recent.name : nullptr;
     }
 
     void Clear() noexcept;
 
 private:
+    using Word = std::uint64_t;
     struct Recent
     {
         const char* file;
         const char* name;
-        char text[48];
+        std::size_t fullWords;  // of the text; what follows, its end included, are the bytes of lastMask
+        Word lastMask;
+        char text[96];
     };
     static constexpr std::size_t CacheSize = 256;
 
@@ -49,6 +58,27 @@ private:
     {
         const auto address = reinterpret_cast<std::uintptr_t>(file);
         return (address ^ (address >> 8)) % CacheSize;
+    }
+    static Word WordAt(const char* text, std::size_t index) noexcept
+    {
+        Word word = 0;
+        std::memcpy(&word, text + index * sizeof word, sizeof word);
+        return word;
+    }
+
+    // Whether the text is still the same: the address may hold another one by now. Faster than strcmp: reads on behind a
+    // shorter text too, which does no harm on the page where it begins. What begins near the end of a page counts as
+    // another text.
+    [[gnu::no_sanitize_address]] static bool HasText(const Recent& recent, const char* file) noexcept
+    {
+        constexpr std::size_t PageBytes = 4096;
+        if (reinterpret_cast<std::uintptr_t>(file) % PageBytes > PageBytes - sizeof recent.text) [[unlikely]]
+            return false;
+        Word difference = 0;
+        for (std::size_t i = 0; i < recent.fullWords; ++i)
+            difference |= WordAt(recent.text, i) ^ WordAt(file, i);
+        difference |= (WordAt(recent.text, recent.fullWords) ^ WordAt(file, recent.fullWords)) & recent.lastMask;
+        return difference == 0;
     }
     const char* FindAnew(const char* file) noexcept;
     const char* Intern(const SourceName& name) noexcept;

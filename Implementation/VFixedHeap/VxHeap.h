@@ -83,16 +83,22 @@ inline void* Allocate(std::size_t size)
     return fixedheap::PopLinked(page);
 }
 
+// Gives back a block at an offset below RegionSize.
+inline void ReleaseAt(std::size_t offset, void* block)
+{
+    HeapPage& page = PageAt(offset);
+    if (!page.isAlone) [[unlikely]]
+        return ReleaseUncommon(page, static_cast<fixedheap::Block*>(block));
+    fixedheap::Push(page, static_cast<fixedheap::Block*>(block));
+}
+
 // What VxFree does.
 inline void Release(void* block)
 {
     const std::size_t offset = RegionOffset(block);
     if (offset >= RegionSize)
         return std::free(block);
-    HeapPage& page = PageAt(offset);
-    if (!page.isAlone) [[unlikely]]
-        return ReleaseUncommon(page, static_cast<fixedheap::Block*>(block));
-    fixedheap::Push(page, static_cast<fixedheap::Block*>(block));
+    ReleaseAt(offset, block);
 }
 
 // ---- For tests -----------------------------------------------------------------------------------------------------

@@ -4,7 +4,9 @@
 #include "TuvoMemory/LeakDataFile.h"
 #include "TuvoMemory/LeakState.h"
 #include "TuvoMemory/LeakSuppressions.h"
+#include "VFixedHeap/VxHeap.h"
 #include "support/AllocationControl.h"
+#include "support/GuardedBuffer.h"
 #include "support/Plugin.h"
 #include "support/RecordingUpdater.h"
 #include "support/ReportScope.h"
@@ -19,6 +21,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <list>
 #include <random>
@@ -105,33 +108,56 @@ TEST(LeakTables, RemoveTheOldestRecordOfABlock)
     }
 }
 
+// Blocks of the heap and others, with and without call stacks, by the shortcut and by the hooks, each of which takes back
+// what the other has made.
 TEST(LeakTables, KeepSlotsAndHeadersInStep)
 {
-    Checking checking(4);
-    std::mt19937 random(5);
-    std::vector<void*> blocks;
-    std::int64_t bytes = 0;
-    for (int step = 0; step < 5000; ++step) {
-        if (blocks.empty() || random() % 100 < 52) {
-            const std::size_t size = 1 + random() % 60;
-            blocks.push_back(Allocate(size));
-            bytes += static_cast<std::int64_t>(size);
-            ASSERT_EQ(std::count(static_cast<char*>(blocks.back()), static_cast<char*>(blocks.back()) + size, 1),
-                      static_cast<std::ptrdiff_t>(size));
-        } else {
-            std::swap(blocks[random() % blocks.size()], blocks.back());
-            bytes -= HeaderOf(blocks.back())->size;
-            VBuFree(blocks.back(), File, 2);
+    for (const bool hasHeap : {false, true}) {
+        Checking checking(4);
+        if (hasHeap)
+            InitVxHeap();
+        std::mt19937 random(5);
+        std::vector<unsigned char*> blocks;
+        std::int64_t bytes = 0;
+        const auto release = [&] {
+            unsigned char* const block = blocks.back();
             blocks.pop_back();
+            const auto size = HeaderOf(block)->size;
+            ASSERT_EQ(std::count(block, block + size, blocks.size() % 251), size);
+            bytes -= size;
+            VBuFree(block, File, 2);
+        };
+        int shortcuts = 0;
+        for (int step = 0; step < 9000; ++step) {
+            if (step % 3000 == 1000)
+                VMemSetGetFuncInfoPtr([](int* depth, char*** frames) {
+                    *frames = static_cast<char**>(std::calloc(4, 104));
+                    return *depth = 4;
+                });
+            else if (step % 3000 == 2000)
+                VMemSetGetFuncInfoPtr(nullptr);
+            shortcuts += (g_state.watch & memory::WatchShortcut) != 0;
+            if (blocks.empty() || random() % 100 < 51) {
+                const std::size_t size = 1 + random() % 150;
+                blocks.push_back(static_cast<unsigned char*>(Allocate(size, random() % 9 == 0 ? nullptr : File)));
+                ASSERT_EQ(std::count(blocks.back(), blocks.back() + size, 1), static_cast<std::ptrdiff_t>(size));
+                std::memset(blocks.back(), static_cast<int>((blocks.size() - 1) % 251), size);
+                bytes += static_cast<std::int64_t>(size);
+            } else {
+                release();
+            }
+            ASSERT_EQ(Tally().slots.Count(), blocks.size());
+            ASSERT_EQ(Tally().bytesInUse, bytes);
         }
-        ASSERT_EQ(Tally().slots.Count(), blocks.size());
-        ASSERT_EQ(Tally().bytesInUse, bytes);
+        EXPECT_GT(shortcuts, 500);
+        for (void* const block : blocks)
+            ASSERT_EQ(Tally().slots[static_cast<std::size_t>(HeaderOf(block)->index)].block, block);
+        while (!blocks.empty())
+            release();
+        EXPECT_EQ(Tally().bytesInUse, 0);
+        EXPECT_EQ(vxheap::UsedBlocks(), 0u);
+        vxheap::Reset();
     }
-    for (void* const block : blocks)
-        ASSERT_EQ(Tally().slots[static_cast<std::size_t>(HeaderOf(block)->index)].block, block);
-    for (void* const block : blocks)
-        VBuFree(block, File, 3);
-    EXPECT_EQ(Tally().bytesInUse, 0);
 }
 
 TEST(LeakTables, KeepSourceNamesOnce)
@@ -145,6 +171,9 @@ TEST(LeakTables, KeepSourceNamesOnce)
     EXPECT_STREQ(names.Find(file), "d.cpp");
     EXPECT_STREQ(names.Find("123456789012345678901234567890123456789012345678901234567890"), "123456789012345");
     EXPECT_STREQ(names.Find("ends\\"), "");
+    const GuardedBuffer atPageEnd("a\\at the end.cpp");
+    for (int i = 0; i < 2; ++i)
+        EXPECT_STREQ(names.Find(atPageEnd.Data()), "at the end.cpp");
     for (int i = 0; i < 1000; ++i)
         ASSERT_EQ(names.Find(std::to_string(i).c_str()), std::to_string(i));
     EXPECT_STREQ(first, "b/c.cpp");
@@ -202,7 +231,8 @@ TEST(LeakMessages, TellOfWatchedAllocations)
                "\n\n Please call 'Break All' in VC++ and debug line by line to check leak";
     };
     std::vector<void*> blocks = {Allocate(1)};
-    TheState().watch = {.sequence = 2, .line = 9, .file = "\\part.cpp"};
+    leaks::WatchSequence(2);
+    leaks::WatchLine("\\part.cpp", 9);
     for (const int line : {8, 7, 9})
         blocks.push_back(Allocate(1, File, line));
     blocks.push_back(Allocate(1, "part.cpp", 9));
@@ -247,7 +277,7 @@ TEST(LeakMessages, MayEndTheCheckThatTheyTellOf)
         Checking checking(4);
         static int mode;
         mode = otherMode;
-        TheState().watch.sequence = 1;
+        leaks::WatchSequence(1);
         void* const first = Allocate(10);
         BuSetOutputHandler([](int, const wchar_t*) {
             VBuFree(Allocate(30), File, 2);

@@ -194,7 +194,7 @@ TEST(Headers, OfDoubtIsTheCheckersToJudge)
     void* const bare = VxMalloc(32);
     ASSERT_EQ(bare, neighbour + 1);
     g_state.watch |= memory::WatchHeaders;
-    const memory::Slot slot = {};
+    memory::Slot slot = {};
     g_state.slots = &slot;
     g_state.slotCount = 1;
     const auto imitate = [bare] { *memory::HeaderOf(bare) = {12345, 0, 1 << 30, 0, -1}; };
