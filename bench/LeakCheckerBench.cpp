@@ -67,6 +67,7 @@ bool FindsLeaks()
     MovraInitMemory();
     if (!FindsLeaks<1>() || !FindsLeaks<2>() || !FindsLeaks<4>())
         std::abort();
+    RegisterMode<0>();
     RegisterMode<1>();
     RegisterMode<2>();
     RegisterMode<3>();
