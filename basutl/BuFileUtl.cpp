@@ -42,13 +42,6 @@ std::wstring Absolute(const wchar_t* path)
     return MakeAbsolute(path, platform::WorkingDirectory(), platform::Separator());
 }
 
-// One text for one file, whichever path led to it.
-std::wstring Identity(const wchar_t* path)
-{
-    std::wstring canonical = platform::CanonicalPath(path);
-    return canonical.empty() ? Absolute(path) : canonical;
-}
-
 // ---- Free names ----------------------------------------------------------------------------------------------------
 
 enum class Claim
@@ -116,8 +109,12 @@ bool BuFileUtl::AreSamePath(const wchar_t* left, const wchar_t* right) noexcept
     if (left == nullptr || right == nullptr)
         return false;
     return platform::Guarded(false, [=] {
-        const std::wstring leftFile = Identity(left);
-        const std::wstring rightFile = Identity(right);
+        std::wstring leftFile = platform::CanonicalPath(left);
+        std::wstring rightFile = platform::CanonicalPath(right);
+        if (leftFile.empty() && rightFile.empty()) {
+            leftFile = Absolute(left);
+            rightFile = Absolute(right);
+        }
         if (leftFile.empty())
             return false;
         return platform::Separator() == L'\\' ? BuCompareNoCase(leftFile.c_str(), rightFile.c_str()) == 0

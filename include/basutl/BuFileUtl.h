@@ -47,8 +47,8 @@ public:
     // Whether a path names a directory: one that exists, or a text that ends with a separator.
     static bool IsDirectoryName(const wchar_t* path) noexcept;
 
-    // Whether two paths lead to the same place: their paths without links, "." and ".." are the same text, or for what
-    // does not exist their absolute paths are. The case of ASCII letters counts on Linux only. False when a relative
+    // Whether two paths lead to the same place: their paths without links, "." and ".." are the same text, or when
+    // neither exists their absolute paths are. The case of ASCII letters counts on Linux only. False when a relative
     // path has no working directory to start from.
     static bool AreSamePath(const wchar_t* left, const wchar_t* right) noexcept;
 

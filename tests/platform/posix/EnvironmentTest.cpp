@@ -58,6 +58,17 @@ TEST_F(PosixMove, KeepsAFileThatHasBothNames)
     EXPECT_EQ(ReadBinaryFile(m_folder.Path("from/file")), "text");
 }
 
+TEST_F(PosixMove, IsNotMistakenForItselfByTheTextOfAPath)
+{
+    m_folder.Write("from/file", "text");
+    platform::CreateOneDirectory(m_folder.Path("far").c_str());
+    platform::CreateOneDirectory(m_folder.Path("far/away").c_str());
+    Link("../far/away", "from/door");
+    EXPECT_TRUE(Move("from/file", "from/door/../file"));
+    EXPECT_EQ(ReadBinaryFile(m_folder.Path("far/file")), "text");
+    EXPECT_FALSE(Exists("from/file"));
+}
+
 TEST_F(PosixMove, SeesThroughLinksThatItWouldGoIntoItself)
 {
     m_folder.Write("from/file", "text");
