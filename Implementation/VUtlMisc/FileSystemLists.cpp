@@ -149,9 +149,12 @@ const BuErrObj* BuFindFiles(const BuString& directory, const BuString& pattern, 
             unread = misc::UnreadDirectory{top, platform::LastNativeError()};
         return true;
     });
-    files.RemoveAll();
-    if (!isDone)
-        return BuSetNativeError(directory, platform::LastNativeError());
+    if (!isDone) {
+        // The directory may be one of the files that are removed.
+        const BuErrObj* const error = BuSetNativeError(directory, platform::LastNativeError());
+        files.RemoveAll();
+        return error;
+    }
     files.Swap(found);
     return unread ? BuSetNativeError(unread->path.c_str(), unread->error) : nullptr;
 }
