@@ -61,13 +61,14 @@ const BuErrObj* RemoveTree(const std::wstring& directory)
 // Removes what a path without a separator at its end names, after a look at it.
 const BuErrObj* Remove(const std::wstring& path)
 {
+    platform::FileStatus status;
+    const bool isThere = misc::AskStatus(path, status);
+    if (isThere && status.kind != platform::FileKind::Directory)
+        return Refuse(L"%s: this is not a directory", path.c_str());
     if (misc::IsLink(path))
         return platform::RemoveOneFile(path.c_str()) ? nullptr : LastNativeError(path.c_str());
-    platform::FileStatus status;
-    if (!misc::AskStatus(path, status))
+    if (!isThere)
         return RemoveTree(path);  // nothing stands there, or there is an error to be told
-    if (status.kind != platform::FileKind::Directory)
-        return Refuse(L"%s: this is not a directory", path.c_str());
     if (IsRoot(path, status))
         return Refuse(L"%s: a root directory is not removed", path.c_str());
     return RemoveTree(path);

@@ -188,6 +188,16 @@ TEST_F(PosixFileSystem, ARootIsNotRemoved)
     EXPECT_FALSE(Exists("sub"));
 }
 
+TEST_F(PosixFileSystem, OnlyALinkToADirectoryIsRemovedAsOne)
+{
+    m_folder.Write("file", "");
+    ASSERT_EQ(symlink("file", Path("link").c_str()), 0);
+    ASSERT_EQ(symlink("nowhere", Path("dangling").c_str()), 0);
+    EXPECT_NE(BuRemoveDirectory(Wide("link")), nullptr);
+    EXPECT_EQ(BuRemoveDirectory(Wide("dangling")), nullptr);
+    EXPECT_TRUE(Exists("link") && Exists("file") && !Exists("dangling"));
+}
+
 TEST_F(PosixFileSystem, ADirectoryDeeperThanAnyPathIsRemoved)
 {
     Folder("top");
