@@ -12,7 +12,7 @@ namespace {
 // The result of a call that removes something: what is gone already counts as removed.
 bool IsGone(int result, const std::string& path)
 {
-    return result == 0 || (errno == ENOENT && !path.empty());
+    return result == 0 || platform::HasFoundNothing(path);
 }
 
 bool IsDirectory(std::FILE* file)

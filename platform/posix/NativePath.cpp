@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 
 std::string platform::NativePath(const wchar_t* path)
 {
@@ -14,4 +15,14 @@ std::string platform::NativePath(const wchar_t* path)
     if (native.find('\\') != std::string::npos && lstat(native.c_str(), &status) != 0)
         std::replace(native.begin(), native.end(), '\\', '/');
     return native;
+}
+
+bool platform::HasFoundNothing(const std::string& path) noexcept
+{
+    if (path.empty())
+        return false;
+    struct stat status
+    {};
+    const bool mayBeBelowAFile = errno == ENOTDIR && path.back() != '/';
+    return errno == ENOENT || (mayBeBelowAFile && lstat(path.c_str(), &status) != 0);
 }

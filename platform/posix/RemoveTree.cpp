@@ -19,7 +19,6 @@ struct DirectoryCloser
 // An open directory on the way down, and what is still to be removed from it.
 struct Level
 {
-    std::string name;  // in the directory above
     std::unique_ptr<DIR, DirectoryCloser> directory;
     std::vector<std::string> names;
     bool isEmptied = false;  // the last name is a directory from which everything was removed
@@ -44,7 +43,6 @@ bool ReadNames(Level& level)
 // Opens a directory for what stands in it, and only if it is one itself.
 bool Enter(int parent, const std::string& name, Level& level)
 {
-    level.name = name;
     const int number = openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (number < 0)
         return false;
@@ -84,14 +82,13 @@ bool RemoveOrEnter(std::vector<Level>& levels)
     return true;
 }
 
-// The path of what is removed next.
-std::string PathOf(const std::vector<Level>& levels)
+// The path of what is removed next, from the top as it was given.
+std::wstring PathOf(const std::vector<Level>& levels, const wchar_t* top)
 {
-    std::string path;
-    for (const Level& level : levels)
-        if (!level.name.empty())
-            path += level.name + '/';
-    return path + levels.back().names.back();
+    std::wstring path = top;
+    for (auto level = levels.begin() + 1; level != levels.end(); ++level)
+        path += L'/' + platform::Widen(level->names.back());
+    return path;
 }
 
 }  // namespace
@@ -112,8 +109,10 @@ bool platform::RemoveTree(const wchar_t* directory, std::wstring& kept) noexcept
                 continue;
             }
             if (!RemoveOrEnter(levels)) {
+                if (levels.size() == 1 && HasFoundNothing(levels[0].names[0]))
+                    break;
                 const int error = errno;
-                kept = Widen(PathOf(levels));
+                kept = PathOf(levels, directory);
                 errno = error;
                 return false;
             }

@@ -192,6 +192,9 @@ TEST_F(Files, RemovingAsksForTheRightKind)
     EXPECT_FALSE(platform::RemoveOneFile(folder.c_str()));
     EXPECT_FALSE(platform::RemoveEmptyDirectory(file.c_str()));
     EXPECT_FALSE(platform::RemoveEmptyDirectory(folder.c_str())) << "not empty";
+    EXPECT_TRUE(platform::RemoveOneFile((file + L"/below").c_str()) &&
+                platform::RemoveEmptyDirectory((file + L"/below").c_str()))
+        << "nothing stands below a file";
     for (int time = 0; time < 2; ++time) {
         EXPECT_TRUE(platform::RemoveOneFile(file.c_str()));
         EXPECT_FALSE(Exists(file));

@@ -80,9 +80,9 @@ TEST_F(PosixFileSystem, WhatMayNotBeReadIsLeftOutAndTold)
         EXPECT_EQ(structure->GetMessageText().ToNarrow(), Path("s/closed/") + ": Permission denied");
         EXPECT_TRUE(Exists("to/closed") && Exists("to/open"));
 
-        const BuErrObj* const removal = BuRemoveDirectory(Wide("s/closed"));
+        const BuErrObj* const removal = BuRemoveDirectory(Wide("s\\closed"));
         ASSERT_NE(removal, nullptr);
-        EXPECT_EQ(removal->GetMessageText().ToNarrow(), Path("s/closed") + ": Permission denied");
+        EXPECT_EQ(removal->GetMessageText().ToNarrow(), Path("s\\closed") + ": Permission denied") << "as given";
         EXPECT_EQ(UtlCopyFile(Path("s/closed/b").c_str(), Path("copy").c_str()), -1);
         EXPECT_EQ(UtlCopyFile(Path("s/a").c_str(), Path("s/closed/copy").c_str()), 1);
         EXPECT_EQ(UtlBackupFile(Path("s/a").c_str(), nullptr), 1) << "the directory may not be written";
