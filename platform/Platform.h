@@ -117,10 +117,10 @@ bool CopyOneFile(const wchar_t* source, const wchar_t* destination) noexcept;
 bool RemoveOneFile(const wchar_t* path) noexcept;
 bool RemoveEmptyDirectory(const wchar_t* directory) noexcept;
 
-// Removes a directory with everything in it, or a file. Links are removed, never followed: on Linux not even one that
-// takes the place of a directory meanwhile. Where another file system is mounted on Linux nothing is removed. True also
-// when nothing stood there; false at the first path that cannot be removed, which is stored in `kept`, and what comes
-// after it stays as well.
+// Removes a directory with everything in it, or a file, even one that is read-only. Links are removed, never followed: on
+// Linux not even one that takes the place of a directory meanwhile. Where another file system is mounted on Linux nothing
+// is removed. True also when nothing stood there; false at the first path that cannot be removed, which is stored in
+// `kept`, and what comes after it stays as well.
 bool RemoveTree(const wchar_t* directory, std::wstring& kept) noexcept;
 
 // The absolute path without links, "." and ".."; the empty text when there is no such file.

@@ -91,10 +91,10 @@ TUVOUTIL_API int UtlBackupFile(const char* path, char** backupName);
 
 // ---- Directories ---------------------------------------------------------------------------------------------------
 
-// Removes a directory with everything in it. A link to a directory, here or inside, is removed itself; what it leads to
-// stays. Null for success, also when nothing stood there. Else an error with the path and the reason, and nothing more is
-// removed: for the first path that cannot be removed, and beforehand for the root of a file system, an empty path, "."
-// and ".." as the last name, and what is no directory.
+// Removes a directory with everything in it, read-only files too. A link to a directory or to nothing, and any link
+// inside, is removed itself; what it leads to stays. Null for success, also when nothing stood there. Else an error with
+// the path and the reason, and nothing more is removed: for the first path that cannot be removed, and beforehand for the
+// root of a file system, an empty path, "." and ".." as the last name, and what is no directory.
 TUVOUTIL_API const BuErrObj* BuRemoveDirectory(const BuString& directory);
 
 // Creates the directories below `source`, not their files, below `destination`, which is created with its parents.

@@ -10,13 +10,34 @@ struct Pending
     bool isListed = false;
 };
 
+bool Remove(const std::wstring& path, DWORD attributes)
+{
+    const bool isDirectory = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return (isDirectory ? RemoveDirectoryW(path.c_str()) : DeleteFileW(path.c_str())) != 0;
+}
+
+// The system keeps what is read-only, so that has to go first; it comes back, with the error, where that does not help.
+bool RemoveReadOnly(const std::wstring& path, DWORD attributes)
+{
+    if (!SetFileAttributesW(path.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}))
+        return false;
+    if (Remove(path, attributes))
+        return true;
+    const DWORD error = GetLastError();
+    SetFileAttributesW(path.c_str(), attributes);
+    SetLastError(error);
+    return false;
+}
+
 // Removes a file, an empty directory or a link, of which the system removes nothing but the link.
 bool RemoveOne(const std::wstring& path)
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    const bool isDirectory = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (isDirectory ? RemoveDirectoryW(path.c_str()) : DeleteFileW(path.c_str()))
-        return true;
+    if (attributes != INVALID_FILE_ATTRIBUTES) {
+        const bool isReadOnly = (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+        if (isReadOnly ? RemoveReadOnly(path, attributes) : Remove(path, attributes))
+            return true;
+    }
     return GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND;
 }
 
