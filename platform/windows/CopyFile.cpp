@@ -4,6 +4,15 @@
 
 namespace {
 
+// Removes a copy, which may have taken over the attributes of its source. The last error stays.
+void Discard(const std::wstring& copy)
+{
+    const DWORD error = GetLastError();
+    SetFileAttributesW(copy.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(copy.c_str());
+    SetLastError(error);
+}
+
 // Copies to a new file of a name that nobody has, in the directory of a path. Gives its path; empty on failure, with
 // nothing left behind.
 std::wstring CopyBeside(const std::wstring& source, const std::wstring& path)
@@ -14,17 +23,12 @@ std::wstring CopyBeside(const std::wstring& source, const std::wstring& path)
         std::wstring name = platform::NativePath((stem + std::to_wstring(number)).c_str());
         if (CopyFileW(source.c_str(), name.c_str(), TRUE))
             return name;
-        if (GetLastError() != ERROR_FILE_EXISTS && GetLastError() != ERROR_ALREADY_EXISTS)
+        if (GetLastError() != ERROR_FILE_EXISTS && GetLastError() != ERROR_ALREADY_EXISTS) {
+            Discard(name);  // not every system takes back what it could not finish
             break;
+        }
     }
     return {};
-}
-
-// Removes a copy, which took over the attributes of its source.
-void Discard(const std::wstring& copy)
-{
-    SetFileAttributesW(copy.c_str(), FILE_ATTRIBUTE_NORMAL);
-    DeleteFileW(copy.c_str());
 }
 
 bool CopyAndReplace(const std::wstring& source, const std::wstring& target)
@@ -34,9 +38,7 @@ bool CopyAndReplace(const std::wstring& source, const std::wstring& target)
         return false;
     if (MoveFileExW(copy.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING))
         return true;
-    const DWORD error = GetLastError();
     Discard(copy);
-    SetLastError(error);
     return false;
 }
 
