@@ -142,6 +142,9 @@ TEST(CompressedFiles, OfAnotherKindAreNotUnpacked)
         EXPECT_NE(platform::Access((platform::CommonTemporaryDirectory() + (L"/" + platform::Widen(name))).c_str(), 0),
                   0);
     }
+    ASSERT_TRUE(platform::CreateOneDirectory(folder.Path("d.gz").c_str()));
+    for (const char* const none : {"d.gz\\", "d.gz\\.", "d.gz\\.."})
+        EXPECT_EQ(UtlGetUnzippedFileName(folder.NarrowPath(none).c_str()), nullptr) << none << " names no file";
     EXPECT_EQ(UtlGetUnzippedFileName(nullptr), nullptr);
     for (const char* const name : {"a&b.gz", "a|b.gz", "a%TEMP%.gz", "a;b.gz", "a\nb.gz", "\"a b.gz"}) {
         if (!IsPosix()) {

@@ -195,8 +195,10 @@ char* UtlGetUnzippedFileName(const char* path)
     const compressed::Unpacker* const unpacker = path == nullptr ? nullptr : compressed::FindUnpacker(path);
     if (unpacker == nullptr || (!IsPosix() && !compressed::IsHarmlessInCommand(path)))
         return nullptr;
+    const std::string_view name = compressed::BaseName(path, IsPosix() ? '/' : '\\');
+    if (!compressed::IsFileName(name))
+        return nullptr;
     return platform::Guarded<char*>(nullptr, [=] {
-        const std::string_view name = compressed::BaseName(path, IsPosix() ? '/' : '\\');
         const Job job = {unpacker, path, PathInCommonDirectory(name),
                          PathInCommonDirectory(compressed::UnpackedName(name))};
         TrackedPtr<char> result(modules::VUtlMisc, NewCopy(job.result));

@@ -13,10 +13,10 @@ constexpr Unpacker Unpackers[] = {
     {".Z", L"gzip", "pkunzip.exe"},
 };
 
-// Quotes what the shell would take for the end of a name.
+// Quotes what the shell would take for the end of a name, or its "/" for the start of an option.
 std::string Quoted(std::string_view name)
 {
-    const bool isPlain = name.find_first_of(" ,=+()") == name.npos;
+    const bool isPlain = name.find_first_of(" ,=+()/") == name.npos;
     return isPlain ? std::string(name) : '"' + std::string(name) + '"';
 }
 
@@ -43,6 +43,11 @@ bool compressed::IsCompressedName(std::string_view path)
 std::string_view compressed::BaseName(std::string_view path, char separator)
 {
     return path.substr(path.find_last_of(separator == '/' ? "\\/" : "\\") + 1);
+}
+
+bool compressed::IsFileName(std::string_view baseName)
+{
+    return !baseName.empty() && baseName != "." && baseName != "..";
 }
 
 std::string_view compressed::UnpackedName(std::string_view baseName)

@@ -22,6 +22,9 @@ bool IsCompressedName(std::string_view path);
 // What follows the last separator of a system, which is '\' and, where `separator` is '/', that as well.
 std::string_view BaseName(std::string_view path, char separator);
 
+// Whether a base name can be that of a file: not of a path that ends with a separator, "." or "..".
+bool IsFileName(std::string_view baseName);
+
 // A name without its suffix; the whole name when it ends in none, or is nothing else.
 std::string_view UnpackedName(std::string_view baseName);
 

@@ -27,7 +27,8 @@ TUVOUTIL_API char* UtlCheckFileIsCompressed(const char* path);
 // Unpacks a compressed file into the common temporary directory, which is created when it is missing, and gives the path
 // of the result: the name of the file without the suffix ".gz", ".bz2" or ".Z" at its end. Older files of the two names
 // there are removed first, the copy that is unpacked goes, and `path` stays. No step is checked: see whether the result
-// exists. Null, with nothing done, for null and for a path that holds none of ".gz", ".bz2", ".Z", tried in this order.
+// exists. Null, with nothing done, for null, for a path that holds none of ".gz", ".bz2", ".Z", tried in this order, and
+// for one whose last name is empty, "." or "..".
 //
 // Linux: gzip (for ".gz" and ".Z") or bzip2 is started without a shell, on a new file of the rights of `path`; it is not
 // started when that file cannot be made. Windows: gzip.exe, bzip2.exe or pkunzip.exe (for ".Z") runs through the shell;

@@ -37,6 +37,7 @@ TEST(CompressedName, CommandsTakeItWhole)
     const compressed::Unpacker& unpacker = *compressed::FindUnpacker("m.bz2");
     EXPECT_EQ(compressed::CopyCommand("D:\\m.bz2", "C:\\Temp\\m.bz2"), "copy D:\\m.bz2  C:\\Temp\\m.bz2");
     EXPECT_EQ(compressed::CopyCommand("D:\\a b\\m.gz", "C:\\Temp\\m.gz"), "copy \"D:\\a b\\m.gz\"  C:\\Temp\\m.gz");
+    EXPECT_EQ(compressed::CopyCommand("D:/a\\m.gz", "C:\\Temp\\m.gz"), "copy \"D:/a\\m.gz\"  C:\\Temp\\m.gz");
     EXPECT_EQ(compressed::UnpackCommand(unpacker, "-df", "C:\\Temp\\m.bz2"), "bzip2.exe -df C:\\Temp\\m.bz2");
     EXPECT_EQ(compressed::UnpackCommand(unpacker, "-df", "C:\\Temp\\a,b.bz2"), "bzip2.exe -df \"C:\\Temp\\a,b.bz2\"");
     for (int c = 0; c < 256; ++c) {
