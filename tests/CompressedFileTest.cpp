@@ -3,8 +3,7 @@
 #include "platform/Platform.h"
 #include "support/ChildProcess.h"
 #include "support/TestFiles.h"
-
-#include <TuvoUtil/Memory.h>
+#include "support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -17,16 +16,6 @@ namespace {
 bool IsPosix()
 {
     return platform::Separator() == L'/';
-}
-
-// The text of a new string, which is freed; nothing for null.
-std::optional<std::string> Take(char* text)
-{
-    if (text == nullptr)
-        return std::nullopt;
-    const std::string taken = text;
-    VBuFree(text, __FILE__, __LINE__);
-    return taken;
 }
 
 std::string CommonDirectory()
@@ -103,8 +92,8 @@ TEST(CompressedFiles, AreFoundUnderTheirSuffixes)
 {
     const TemporaryFolder folder;
     const auto check = [&](const char* name) {
-        const auto found = Take(UtlCheckFileIsCompressed(folder.NarrowPath(name).c_str()));
-        return found ? found->substr(folder.NarrowPath().size()) : "(null)";
+        const std::string found = Taken(UtlCheckFileIsCompressed(folder.NarrowPath(name).c_str()));
+        return found == "(null)" ? found : found.substr(folder.NarrowPath().size());
     };
     for (const char* const name : {"a.gz", "b.bz2", "c.gzip", "d.Z", "e.zip", "f.txt", "g", "h.z", "i.gz.txt"})
         folder.Write(name, "");
@@ -195,8 +184,8 @@ TEST_P(Unpacking, GivesTheFileAndKeepsTheArchive)
     for (const std::string& bytes : {std::string("GRID,1\n"), std::string(200'000, 'x') + '\0', std::string()}) {
         const std::string archive = Pack(m_stem, bytes);
         const std::string packed = ReadBinaryFile(platform::Widen(archive));
-        const auto result = Take(UtlGetUnzippedFileName(archive.c_str()));  // over the result of the last time
-        EXPECT_EQ(result, platform::Narrow(Common(m_stem)));
+        EXPECT_EQ(Taken(UtlGetUnzippedFileName(archive.c_str())),
+                  platform::Narrow(Common(m_stem)));  // each over the last
         EXPECT_TRUE(ReadBinaryFile(Common(m_stem)) == bytes);
         EXPECT_EQ(ReadBinaryFile(platform::Widen(archive)), packed);
         EXPECT_NE(platform::Access(Common(m_stem + GetParam().second).c_str(), 0), 0) << "the copy goes";
@@ -206,13 +195,14 @@ TEST_P(Unpacking, GivesTheFileAndKeepsTheArchive)
 TEST_P(Unpacking, LeavesNothingOldForAnArchiveThatIsNone)
 {
     const std::string archive = Pack(m_stem, "new");
-    ASSERT_TRUE(Take(UtlGetUnzippedFileName(archive.c_str())));
+    Taken(UtlGetUnzippedFileName(archive.c_str()));
+    ASSERT_EQ(ReadBinaryFile(Common(m_stem)), "new");
     m_folder.Write((m_stem + GetParam().second).c_str(), "no archive");
-    EXPECT_EQ(Take(UtlGetUnzippedFileName(archive.c_str())), platform::Narrow(Common(m_stem)));
+    EXPECT_EQ(Taken(UtlGetUnzippedFileName(archive.c_str())), platform::Narrow(Common(m_stem)));
     EXPECT_NE(ReadBinaryFile(Common(m_stem)), "new");  // bzip2 takes over as it is what is no archive
     EXPECT_NE(platform::Access(Common(m_stem + GetParam().second).c_str(), 0), 0) << "the copy goes";
     platform::RemoveOneFile(platform::Widen(archive).c_str());
-    EXPECT_EQ(Take(UtlGetUnzippedFileName(archive.c_str())), platform::Narrow(Common(m_stem))) << "it has vanished";
+    EXPECT_EQ(Taken(UtlGetUnzippedFileName(archive.c_str())), platform::Narrow(Common(m_stem))) << "it has vanished";
     EXPECT_NE(platform::Access(Common(m_stem).c_str(), 0), 0);
 }
 
@@ -221,7 +211,7 @@ TEST_P(Unpacking, KeepsAnArchiveThatStandsThereAlready)
     const std::string archive = Pack(m_stem, "text");
     const std::wstring there = Common(m_stem + GetParam().second);
     ASSERT_TRUE(platform::CopyOneFile(platform::Widen(archive).c_str(), there.c_str()));
-    EXPECT_EQ(Take(UtlGetUnzippedFileName(platform::Narrow(there).c_str())), platform::Narrow(Common(m_stem)));
+    EXPECT_EQ(Taken(UtlGetUnzippedFileName(platform::Narrow(there).c_str())), platform::Narrow(Common(m_stem)));
     EXPECT_EQ(ReadBinaryFile(Common(m_stem)), "text");
     EXPECT_EQ(ReadBinaryFile(there), ReadBinaryFile(platform::Widen(archive)));
 }

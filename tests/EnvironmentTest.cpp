@@ -6,14 +6,14 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
+#include <algorithm>
+#include <cstring>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
-
-using Lines = std::vector<std::string>;
 
 // ---- Temporary names -----------------------------------------------------------------------------------------------
 
@@ -73,146 +73,107 @@ TEST(CurrentProcess, HasItsId)
 
 // ---- Copying and moving --------------------------------------------------------------------------------------------
 
-// The files below a folder with what they hold, and the empty folders with a '/' behind their names.
-using Tree = std::map<std::string, std::string>;
-
-class CopyFileOrFolder : public testing::Test
+// Files with what they hold, and the empty folders with a '/' behind their names: "a=text,folder/b c=,folder/empty/".
+void CreateTree(const TemporaryFolder& folder, const std::string& tree)
 {
-protected:
-    std::wstring Path(const char* name = "") const { return m_folder.Path(name); }
-    void Create(const Tree& tree) const
-    {
-        for (const auto& [name, text] : tree) {
-            for (std::size_t end = name.find('/'); end != std::string::npos; end = name.find('/', end + 1))
-                ASSERT_TRUE(platform::CreateOneDirectory(Path(name.substr(0, end).c_str()).c_str()));
-            if (name.back() != '/')
-                m_folder.Write(name.c_str(), text);
-        }
+    std::istringstream items(tree);
+    for (std::string item; std::getline(items, item, ',');) {
+        const std::string name = item.substr(0, item.find('='));
+        for (std::size_t end = name.find('/'); end != std::string::npos; end = name.find('/', end + 1))
+            ASSERT_TRUE(platform::CreateOneDirectory(folder.Path(name.substr(0, end).c_str()).c_str()));
+        if (name.back() != '/')
+            folder.Write(name.c_str(), item.substr(name.size() + 1));
     }
-    Tree Read(const std::string& below = "") const
-    {
-        Tree tree;
-        std::vector<std::wstring> names;
-        if (!platform::ListDirectory(Path(below.c_str()).c_str(), names))
-            return {
-                {below.substr(0, below.size() - 1), ReadBinaryFile(Path(below.substr(0, below.size() - 1).c_str()))}};
-        for (const std::wstring& name : names)
-            tree.merge(Read(below + platform::Narrow(name) + '/'));
-        return tree.empty() ? Tree{{below, ""}} : tree;
-    }
-    bool Run(const char* source, const char* destination, _TuvoMoveOrCopyMode mode = TUVO_COPY_FILES,
-             bool failIfExists = true, bool withSubfolders = true) const
-    {
-        return VEnvCopyFileOrFolder(Path(source).c_str(), Path(destination).c_str(), failIfExists, withSubfolders,
-                                    mode);
-    }
+}
 
-    const std::string m_refuseSource = "console 0: Please Enter a valid source file path.!";
-    const std::string m_refuseTarget = "console 0: File exists with the same name, re-enter the destination file name";
-    TemporaryFolder m_folder;
-    RecordingUpdater m_updater;
+std::string ReadTree(const TemporaryFolder& folder, const std::string& below = "")
+{
+    std::vector<std::wstring> names;
+    if (!platform::ListDirectory(folder.Path(below.c_str()).c_str(), names)) {
+        const std::string name = below.substr(0, below.size() - 1);
+        return name + '=' + ReadBinaryFile(folder.Path(name.c_str()));
+    }
+    std::sort(names.begin(), names.end());
+    std::string tree;
+    for (const std::wstring& name : names)
+        tree += (tree.empty() ? "" : ",") + ReadTree(folder, below + platform::Narrow(name) + '/');
+    return tree.empty() ? below : tree;
+}
+
+constexpr char NoSource[] = "console 0: Please Enter a valid source file path.!";
+constexpr char Taken[] = "console 0: File exists with the same name, re-enter the destination file name";
+
+struct CopyRow
+{
+    const char *before, *source, *destination;
+    const char* how;      // 'm': move; 'f': fail if it exists; 's': with subfolders
+    const char* outcome;  // "true", "false", or the message of a refusal
+    const char* after;    // null: as before, whether by copy or by move
 };
 
-TEST_F(CopyFileOrFolder, TakesOneFileToAnotherPlace)
+constexpr CopyRow CopyRows[] = {
+    {"a=text", "a", "new/deep\\b", "fs", "true", "a=text,new/deep/b=text"},
+    {"a=newer,c=old", "a", "c", "", "true", "a=newer,c=newer"},
+    {"a=newer,c=old", "a", "c", "m", "true", "c=newer"},
+    {"a=text,folder/b=", "a", "folder", "s", "false", nullptr},
+    {"a=text,folder/b=", "a", "a/below", "s", "false", nullptr},
+    {"a=text,folder/b=", "folder", "a", "s", "false", nullptr},
+    {"a=text,folder/b=", "a", "folder/../a", "s", "true", nullptr},
+    {"a=text,folder/b=", "folder", "folder/", "s", "true", nullptr},
+
+    {"a=text", "none", "c", "f", NoSource, nullptr},
+    {"a=text", "none/", "c", "f", NoSource, nullptr},
+    {"a=text", "a/", "c", "f", NoSource, nullptr},
+    {"a=text,b=old", "a", "b", "f", Taken, nullptr},
+    {"a=text,b=old", "b", "b", "f", Taken, nullptr},
+    {"b=old,folder/", "folder", "b", "f", Taken, nullptr},
+
+    // The files of a folder replace others whatever is said; subfolders stay.
+    {"from/a=1,from/b c=2,from/s/d=3,to/a=,to/x=4", "from", "to", "f", "true",
+     "from/a=1,from/b c=2,from/s/d=3,to/a=1,to/b c=2,to/x=4"},
+    {"from/a=1,from/b c=2,from/s/d=3,to/a=,to/x=4", "from/", "to\\", "mf", "true", "from/s/d=3,to/a=1,to/b c=2,to/x=4"},
+    {"from/a=1", "from", "deep/er", "m", "true", "deep/er/a=1"},
+    {"from/s/d=3", "from", "from/s/inside", "f", "true", "from/s/d=3,from/s/inside/"},
+
+    {"from/a=1,from/e/,from/s/t/c=3", "from", "to", "fs", "true",
+     "from/a=1,from/e/,from/s/t/c=3,to/a=1,to/e/,to/s/t/c=3"},
+    {"from/a=1,from/e/,from/s/t/c=3,to/s/x=", "from", "to", "mfs", "true", "to/a=1,to/e/,to/s/t/c=3,to/s/x="},
+
+    // A file has the name of a subfolder: the end, or that subfolder is left out.
+    {"from/a=1,from/r/x=2,from/s/b=3,to/s=", "from", "to", "mfs", "false", "from/a=1,from/s/b=3,to/r/x=2,to/s="},
+    {"from/a=1,from/s/b=3,to/s=", "from", "to", "ms", "false", "from/s/b=3,to/a=1,to/s="},
+
+    {"from/a=1,from/s/b=2,fromage/", "from", "from/s", "fs", "false", nullptr},
+    {"from/a=1,from/s/b=2,fromage/", "from", "from\\s/new/er", "fs", "false", nullptr},
+    {"from/a=1,from/s/b=2,fromage/", "from", "fromage/../from/new", "fs", "false", nullptr},
+    {"from/a=1,from/s/b=2", "from/s", "from", "mfs", "true", "from/a=1,from/b=2"},
+    {"from/a=1,fromage/", "from", "fromage", "fs", "true", "from/a=1,fromage/a=1"},
+};
+
+void ExpectOutcome(const CopyRow& row, int mode)
 {
-    Create({{"a", "text"}});
-    EXPECT_TRUE(Run("a", "new/deep\\b"));
-    EXPECT_TRUE(Run("a", "c", _TuvoMoveOrCopyMode(2)));
-    EXPECT_EQ(Read(), (Tree{{"a", "text"}, {"c", "text"}, {"new/deep/b", "text"}}));
-    Create({{"a", "newer"}});
-    EXPECT_TRUE(Run("a", "c", TUVO_MOVE_FILES, false));
-    EXPECT_EQ(Read(), (Tree{{"c", "newer"}, {"new/deep/b", "text"}}));
-    EXPECT_EQ(m_updater.TakeLines(), Lines());
+    const auto does = [&](char what) { return std::strchr(row.how, what) != nullptr; };
+    const TemporaryFolder folder;
+    CreateTree(folder, row.before);
+    RecordingUpdater updater;
+    const bool result = VEnvCopyFileOrFolder(folder.Path(row.source).c_str(), folder.Path(row.destination).c_str(),
+                                             does('f'), does('s'), static_cast<_TuvoMoveOrCopyMode>(mode));
+    const auto lines = updater.TakeLines();
+    EXPECT_EQ(lines.empty() ? std::string(result ? "true" : "false") : lines[0], row.outcome);
+    EXPECT_LE(lines.size(), result ? 0u : 1u);
+    EXPECT_EQ(ReadTree(folder), row.after != nullptr ? row.after : row.before);
 }
 
-TEST_F(CopyFileOrFolder, RefusesWithAMessage)
+TEST(CopyFileOrFolder, TakesTheWholeSourceOrSaysWhyNot)
 {
-    const Tree tree = {{"a", "text"}, {"b", "old"}, {"folder/", ""}};
-    Create(tree);
-    for (const char* const source : {"none", "none/", "a/", "none/a"}) {
-        EXPECT_FALSE(Run(source, "c")) << source;
-        EXPECT_EQ(m_updater.TakeLines(), Lines{m_refuseSource}) << source;
-    }
-    for (const char* const source : {"a", "b", "folder"}) {  // "b" onto itself
-        EXPECT_FALSE(Run(source, "b")) << source;
-        EXPECT_EQ(m_updater.TakeLines(), Lines{m_refuseTarget}) << source;
-    }
-    EXPECT_EQ(Read(), tree);
-}
-
-TEST_F(CopyFileOrFolder, FailsWithoutAMessage)
-{
-    const Tree tree = {{"a", "text"}, {"folder/b", ""}};
-    Create(tree);
-    EXPECT_FALSE(VEnvCopyFileOrFolder(nullptr, Path("c").c_str(), false, false, TUVO_COPY_FILES));
-    EXPECT_FALSE(VEnvCopyFileOrFolder(Path("a").c_str(), nullptr, false, false, TUVO_COPY_FILES));
-    for (const _TuvoMoveOrCopyMode mode : {TUVO_COPY_FILES, TUVO_MOVE_FILES}) {
-        EXPECT_FALSE(Run("a", "folder", mode, false)) << "a folder stands there";
-        EXPECT_FALSE(Run("a", "a/below", mode, false));
-        EXPECT_FALSE(Run("folder", "a", mode, false)) << "a file stands there";
-        EXPECT_TRUE(Run("a", "folder/../a", mode, false)) << "onto itself";
-        EXPECT_TRUE(Run("folder", "folder/", mode, false)) << "onto itself";
-    }
-    EXPECT_EQ(Read(), tree);
-    EXPECT_EQ(m_updater.TakeLines(), Lines());
-}
-
-TEST_F(CopyFileOrFolder, TakesTheFilesOfAFolder)
-{
-    Create({{"from/a", "1"}, {"from/b c", "2"}, {"from/sub/d", "3"}, {"to/a", "old"}, {"to/x", "4"}});
-    EXPECT_TRUE(Run("from", "to", TUVO_COPY_FILES, true, false)) << "single files replace others all the same";
-    const Tree copied = {{"to/a", "1"}, {"to/b c", "2"}, {"to/x", "4"}};
-    Tree expected = {{"from/a", "1"}, {"from/b c", "2"}, {"from/sub/d", "3"}};
-    expected.insert(copied.begin(), copied.end());
-    EXPECT_EQ(Read(), expected);
-
-    EXPECT_TRUE(Run("from/", "to\\", TUVO_MOVE_FILES, true, false));
-    expected = {{"from/sub/d", "3"}};
-    expected.insert(copied.begin(), copied.end());
-    EXPECT_EQ(Read(), expected);
-    EXPECT_TRUE(Run("from", "from/sub/inside", TUVO_COPY_FILES, true, false)) << "no subfolder is entered";
-    EXPECT_TRUE(Run("from/sub", "deep/er", TUVO_MOVE_FILES, true, false)) << "the folder is empty then, and goes";
-    EXPECT_EQ(Read("deep/"), (Tree{{"deep/er/d", "3"}}));
-    EXPECT_EQ(Read("from/"), (Tree{{"from/sub/inside/", ""}}));
-}
-
-TEST_F(CopyFileOrFolder, TakesAWholeTree)
-{
-    const Tree from = {{"from/a", "1"}, {"from/e/", ""}, {"from/s/b", "2"}, {"from/s/t/c", "3"}};
-    const Tree to = {{"to/a", "1"}, {"to/e/", ""}, {"to/s/b", "2"}, {"to/s/t/c", "3"}};
-    Create(from);
-    EXPECT_TRUE(Run("from", "to"));
-    EXPECT_EQ(Read("from/"), from);
-    EXPECT_EQ(Read("to/"), to);
-    EXPECT_TRUE(Run("from", "to", TUVO_MOVE_FILES));
-    EXPECT_EQ(Read(), to);
-    EXPECT_EQ(m_updater.TakeLines(), Lines());
-}
-
-TEST_F(CopyFileOrFolder, EndsWhereAFileHasTheNameOfASubfolder)
-{
-    const Tree from = {{"from/a", "1"}, {"from/r/x", "2"}, {"from/s/b", "3"}};
-    Create(from);
-    Create({{"to/s", "file"}, {"loose/s", "file"}});
-    EXPECT_FALSE(Run("from", "to", TUVO_MOVE_FILES));
-    EXPECT_EQ(Read("from/"), (Tree{{"from/a", "1"}, {"from/s/b", "3"}}));
-    EXPECT_EQ(Read("to/"), (Tree{{"to/r/x", "2"}, {"to/s", "file"}}));
-    EXPECT_FALSE(Run("from", "loose", TUVO_MOVE_FILES, false)) << "that subfolder failed, the rest goes on";
-    EXPECT_EQ(Read("from/"), (Tree{{"from/s/b", "3"}}));
-    EXPECT_EQ(Read("loose/"), (Tree{{"loose/a", "1"}, {"loose/s", "file"}}));
-    EXPECT_EQ(m_updater.TakeLines(), Lines());
-}
-
-TEST_F(CopyFileOrFolder, IsNotCopiedIntoItself)
-{
-    const Tree tree = {{"from/a", "1"}, {"from/s/b", "2"}, {"fromage/", ""}};
-    Create(tree);
-    for (const char* const destination : {"from/s", "from/new", "from\\s/new/er", "fromage/../from/new"})
-        EXPECT_FALSE(Run("from", destination)) << destination;
-    EXPECT_EQ(Read(), tree);
-    EXPECT_TRUE(Run("from/s", "from", TUVO_MOVE_FILES));
-    EXPECT_TRUE(Run("from", "fromage"));
-    EXPECT_EQ(Read(), (Tree{{"from/a", "1"}, {"from/b", "2"}, {"fromage/a", "1"}, {"fromage/b", "2"}}));
+    for (const CopyRow& row : CopyRows)
+        for (const int mode : {0, 1, 2}) {  // every value but 1 copies
+            SCOPED_TRACE(std::string(row.before) + ": " + row.source + " to " + row.destination);
+            if (row.after == nullptr || (mode == TUVO_MOVE_FILES) == (row.how[0] == 'm'))
+                ExpectOutcome(row, mode);
+        }
+    EXPECT_FALSE(VEnvCopyFileOrFolder(nullptr, L"c", false, false, TUVO_COPY_FILES));
+    EXPECT_FALSE(VEnvCopyFileOrFolder(L".", nullptr, false, false, TUVO_COPY_FILES));
 }
 
 }  // namespace

@@ -65,12 +65,11 @@ TEST(TrackedFile, IsNullWhereNothingCanBeOpened)
     EXPECT_EQ(TuvoFClose(nullptr, __FILE__, __LINE__), EOF);
 }
 
-TEST(TrackedFile, AccessKnowsFourModes)
+TEST(TrackedFile, AccessGivesWhatTheSystemSays)
 {
     const TemporaryFolder folder;
-    for (const int mode : {0, 2, 4, 6, -1, 1, 3, 5, 7, 8}) {
-        const bool isKnown = mode >= 0 && mode < 8 && mode % 2 == 0;
-        EXPECT_EQ(TuvoAccess(folder.NarrowPath().c_str(), mode, nullptr, 0), isKnown ? 0 : -1) << mode;
+    for (const int mode : {0, 1, 6}) {
+        EXPECT_EQ(TuvoAccess(folder.NarrowPath().c_str(), mode, nullptr, 0), mode == 1 ? -1 : 0) << mode;
         EXPECT_EQ(TuvoAccess(folder.NarrowPath("missing").c_str(), mode, nullptr, 0), -1) << mode;
         EXPECT_EQ(TuvoAccess(nullptr, mode, nullptr, 0), -1) << mode;
     }

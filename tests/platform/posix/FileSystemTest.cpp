@@ -105,17 +105,6 @@ TEST_F(PosixFileSystem, NeitherDevicesNorPipesAreReadOrReplaced)
     EXPECT_EQ(CountFiles(), 2);
 }
 
-TEST_F(PosixFileSystem, ACopyKeepsPermissions)
-{
-    m_folder.Write("file", "text");
-    ASSERT_EQ(chmod(Path("file").c_str(), 0640), 0);
-    ASSERT_EQ(UtlBackupFile(Path("file").c_str(), nullptr), 0);
-    struct stat status
-    {};
-    ASSERT_EQ(stat(Path("file_1").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777u, 0640u);
-}
-
 // Backs up and copies the file of the first argument with room for 1000 bytes only.
 CHILD_SCENARIO(BackupWithoutRoom)
 {

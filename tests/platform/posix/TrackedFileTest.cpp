@@ -21,9 +21,4 @@ TEST(PosixTrackedFile, AFailedCloseIsToldOnlyWhileNothingIsTracked)
     StopFileTracker();
 }
 
-TEST(PosixTrackedFile, ACommandEndedByASignalGivesItsNumber)
-{
-    EXPECT_EQ(TuvoSystem("kill -9 $$", __FILE__, __LINE__), 128 + 9);
-}
-
 }  // namespace
