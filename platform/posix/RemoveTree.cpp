@@ -4,6 +4,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -16,15 +17,22 @@ struct DirectoryCloser
     void operator()(DIR* directory) const { closedir(directory); }
 };
 
-// An open directory on the way down, and what is still to be removed from it.
+// A directory on the way down, and what is still to be removed from it. The outermost level is none: it holds the path.
 struct Level
 {
-    std::unique_ptr<DIR, DirectoryCloser> directory;
+    std::unique_ptr<DIR, DirectoryCloser> directory;  // null while it is closed
+    struct stat status = {};
     std::vector<std::string> names;
     bool isEmptied = false;  // the last name is a directory from which everything was removed
-
-    int Number() const { return directory == nullptr ? AT_FDCWD : dirfd(directory.get()); }
 };
+
+// Of the levels so many stay open, so that a process does not run out of descriptors.
+constexpr std::size_t MostOpen = 32;
+
+int NumberOf(const Level& level)
+{
+    return dirfd(level.directory.get());
+}
 
 // Reads the names of an open directory; false when reading stops before the end.
 bool ReadNames(Level& level)
@@ -40,17 +48,41 @@ bool ReadNames(Level& level)
     }
 }
 
-// Opens a directory for what stands in it, and only if it is one itself.
-bool Enter(int parent, const std::string& name, Level& level)
+// Opens a directory, but not through a link.
+bool Open(int parent, const char* name, Level& level)
 {
-    const int number = openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    const int number = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (number < 0)
         return false;
     level.directory.reset(fdopendir(number));
     if (level.directory != nullptr)
-        return ReadNames(level);
+        return true;
     close(number);
     return false;
+}
+
+// Opens a directory for what stands in it.
+bool Enter(int parent, const std::string& name, Level& level)
+{
+    return Open(parent, name.c_str(), level) && fstat(NumberOf(level), &level.status) == 0 && ReadNames(level);
+}
+
+// Goes back from the innermost level. False when the directory above it was closed and it now stands in another one.
+bool Leave(std::vector<Level>& levels)
+{
+    if (levels.size() > 2 && levels[levels.size() - 2].directory == nullptr) {
+        Level& outer = levels[levels.size() - 2];
+        struct stat status
+        {};
+        if (!Open(NumberOf(levels.back()), "..", outer) || fstat(NumberOf(outer), &status) != 0)
+            return false;
+        if (status.st_dev != outer.status.st_dev || status.st_ino != outer.status.st_ino) {
+            errno = EBUSY;
+            return false;
+        }
+    }
+    levels.pop_back();
+    return true;
 }
 
 // Removes a file or an empty directory. The system itself tells the two apart, and refuses a directory where another file
@@ -66,7 +98,8 @@ bool RemoveOne(int parent, const char* name)
 bool RemoveOrEnter(std::vector<Level>& levels)
 {
     Level& level = levels.back();
-    if (RemoveOne(level.Number(), level.names.back().c_str())) {
+    const int parent = levels.size() == 1 ? AT_FDCWD : NumberOf(level);
+    if (RemoveOne(parent, level.names.back().c_str())) {
         level.names.pop_back();
         level.isEmptied = false;
         return true;
@@ -75,19 +108,22 @@ bool RemoveOrEnter(std::vector<Level>& levels)
     if ((errno != ENOTEMPTY && errno != EEXIST) || level.isEmptied)
         return false;
     level.isEmptied = true;
-    Level inner;
-    if (!Enter(level.Number(), level.names.back(), inner))
+    Level inner{};
+    if (!Enter(parent, level.names.back(), inner))
         return false;
     levels.push_back(std::move(inner));
+    if (levels.size() > MostOpen + 1)
+        levels[levels.size() - 1 - MostOpen].directory.reset();
     return true;
 }
 
-// The path of what is removed next, from the top as it was given.
+// The path of what is removed or left next, from the top as it was given.
 std::wstring PathOf(const std::vector<Level>& levels, const wchar_t* top)
 {
     std::wstring path = top;
     for (auto level = levels.begin() + 1; level != levels.end(); ++level)
-        path += L'/' + platform::Widen(level->names.back());
+        if (!level->names.empty())
+            path += L'/' + platform::Widen(level->names.back());
     return path;
 }
 
@@ -104,18 +140,15 @@ bool platform::RemoveTree(const wchar_t* directory, std::wstring& kept) noexcept
         std::vector<Level> levels(1);
         levels[0].names.push_back(NativePath(directory));
         while (!levels.empty()) {
-            if (levels.back().names.empty()) {
-                levels.pop_back();  // the directory is empty now, and is the last name of the level above
+            // A directory without names is the last name of the level above, which can be removed now.
+            if (levels.back().names.empty() ? Leave(levels) : RemoveOrEnter(levels))
                 continue;
-            }
-            if (!RemoveOrEnter(levels)) {
-                if (levels.size() == 1 && HasFoundNothing(levels[0].names[0]))
-                    break;
-                const int error = errno;
-                kept = PathOf(levels, directory);
-                errno = error;
-                return false;
-            }
+            if (levels.size() == 1 && HasFoundNothing(levels[0].names[0]))
+                break;
+            const int error = errno;
+            kept = PathOf(levels, directory);
+            errno = error;
+            return false;
         }
         kept.clear();
         return true;

@@ -199,7 +199,12 @@ TEST_F(PosixFileSystem, ADirectoryDeeperThanAnyPathIsRemoved)
         directory = inner;
     }
     close(directory);
-    EXPECT_EQ(BuRemoveDirectory(Wide("top")), nullptr);
+    rlimit files{};
+    getrlimit(RLIMIT_NOFILE, &files);
+    const rlimit few = {64, files.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    EXPECT_EQ(BuRemoveDirectory(Wide("top")), nullptr) << "nor does every level take a descriptor";
+    setrlimit(RLIMIT_NOFILE, &files);
     EXPECT_FALSE(Exists("top"));
 }
 
