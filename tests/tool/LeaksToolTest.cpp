@@ -45,6 +45,8 @@ TEST(TuvoLeaks, AddsUpWhatOnePlaceLeaked)
         {first, "", "88,3,b.cpp,7\n8,1,a.cpp,6\n8,1,a.cpp,7\n"},
         {first + second, "", "300,3,b.cpp,8\n88,3,b.cpp,7\n9,2,a.cpp,6\n8,1,a.cpp,7\n"},
         {first + second, "--last", "300,3,b.cpp,8\n1,1,a.cpp,6\n"},
+        {first.substr(0, 100) + second, "--last", "300,3,b.cpp,8\n1,1,a.cpp,6\n"},  // the run before was ended
+        {first.substr(0, first.find("===")) + second, "--last", "300,3,b.cpp,8\n1,1,a.cpp,6\n"},
         {Report(Record("-2", "1", "big at -1"), "4294967294", "Fast Check "), "", "4294967294,1,big,-1\n"},
         {Report(Record("1", "1", "a \"b\", at 3 at 4"), "1", "Check with double pass "), "",
          "1,1,\"a \"\"b\"\", at 3\",4\n"},

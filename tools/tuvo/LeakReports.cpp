@@ -105,7 +105,7 @@ public:
         if (line.empty())
             return {};
         if (const auto time = ReadHead(line))
-            return m_isInReport ? CutOff() : BeginReport(*time);
+            return m_isInReport && m_choice != ReportChoice::Last ? CutOff() : BeginReport(*time);
         return m_isInReport ? AddReportLine(line)
                             : "a leak report begins with \"" + std::string(Head) + "\", not with this line";
     }
@@ -153,7 +153,16 @@ private:
         if (const auto total = ReadTotal(line))
             return EndReport(*total);
         m_isInStack = m_hasRecord && line == StackHead;
-        return m_isInStack ? std::string() : "this is no line of a leak report";
+        return m_isInStack ? std::string() : AddUnknownLine(line);
+    }
+
+    // A program that was ended while it wrote a report leaves part of a line, behind which the next one begins.
+    std::string AddUnknownLine(std::string_view line)
+    {
+        if (const std::size_t head = line.find(Head); m_choice == ReportChoice::Last && head != line.npos)
+            if (const auto time = ReadHead(line.substr(head)))
+                return BeginReport(*time);
+        return "this is no line of a leak report";
     }
 
     std::string AddRecord(const Record& record)

@@ -41,7 +41,7 @@ struct ReportProblem
 };
 
 // Reads the reports that a report file or an append file holds, with or without call stacks, lines ended by LF or CR LF.
-// A text without any is right. Cost: linear.
+// A text without any is right; with the last one alone, those before may have been cut short. Cost: linear.
 std::optional<ReportProblem> ReadLeakReports(std::string_view text, ReportChoice choice, LeakReports& reports);
 
 }  // namespace tool
