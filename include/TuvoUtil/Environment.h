@@ -33,8 +33,8 @@ TUVOUTIL_API unsigned int VEnvGetTempFileName(const wchar_t* directory, const wc
 //
 // False, with an error message, when there is no source, and when the destination is an existing file and
 // `failIfExists` is set. Onto itself: true, with nothing done. False without a message for null, when the folder of the
-// destination cannot be made or written to, and when a file could not be copied as a whole (the destination is then as
-// it was) or its source not removed after it.
+// destination cannot be made or written to, when a folder cannot be read, and when a file could not be copied as a whole
+// (the destination is then as it was) or its source not removed after it.
 //
 // A folder's files replace those in the destination whatever `failIfExists` says; one that cannot be copied is left
 // out, and the result is true all the same. With `withSubfolders` subfolders are copied first, links to folders left
