@@ -30,6 +30,8 @@ bool misc::ReadEntries(const std::wstring& directory, std::vector<Entry>& entrie
         platform::FileStatus status;
         if (AskStatus(path, status))
             entries.push_back({std::move(name), KindOf(path, status)});
+        else if (!IsLink(path) && errno == EACCES)
+            return false;  // the directory gives names, but lets nobody ask for what they name
     }
     return true;
 }

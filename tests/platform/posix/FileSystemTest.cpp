@@ -60,11 +60,12 @@ protected:
 
 TEST_F(PosixFileSystem, WhatMayNotBeReadIsLeftOutAndTold)
 {
-    for (const char* const name : {"s", "s/closed", "s/open"})
+    for (const char* const name : {"s", "s/closed", "s/open", "s/veiled"})
         Folder(name);
-    for (const char* const name : {"s/a", "s/closed/b", "s/open/c"})
+    for (const char* const name : {"s/a", "s/closed/b", "s/open/c", "s/veiled/d"})
         m_folder.Write(name, "");
     ASSERT_EQ(chmod(Path("s/closed").c_str(), 0), 0);
+    ASSERT_EQ(chmod(Path("s/veiled").c_str(), 0444), 0);  // names alone may be read
     WithoutRights([&] {
         BuObjectArrayTempl<BuString> files;
         const BuErrObj* const error = BuFindFiles(Wide("s"), L"*", true, files);
@@ -73,7 +74,8 @@ TEST_F(PosixFileSystem, WhatMayNotBeReadIsLeftOutAndTold)
         EXPECT_EQ(files.GetCount(), 2);
         EXPECT_EQ(CountFiles(), 2);
         char** names = nullptr;
-        EXPECT_EQ(UtlGetFileNames(Path("s/closed").c_str(), "*", &names), -1);
+        for (const char* const name : {"s/closed", "s/veiled"})
+            EXPECT_EQ(UtlGetFileNames(Path(name).c_str(), "*", &names), -1) << name;
 
         const BuErrObj* const structure = BuStringFileNameCopyDirectoryStructureIn(Wide("s"), Wide("to"));
         ASSERT_NE(structure, nullptr);
@@ -88,8 +90,9 @@ TEST_F(PosixFileSystem, WhatMayNotBeReadIsLeftOutAndTold)
         EXPECT_EQ(UtlBackupFile(Path("s/a").c_str(), nullptr), 1) << "the directory may not be written";
     });
     EXPECT_EQ(chmod(Path("s/closed").c_str(), 0755), 0);
+    EXPECT_EQ(chmod(Path("s/veiled").c_str(), 0755), 0);
     EXPECT_TRUE(Exists("s/closed/b"));
-    EXPECT_EQ(CountFiles(), 3);
+    EXPECT_EQ(CountFiles(), 4);
 }
 
 TEST_F(PosixFileSystem, NeitherDevicesNorPipesAreReadOrReplaced)
