@@ -104,8 +104,8 @@ public:
         ++m_line;
         if (line.empty())
             return {};
-        if (const auto time = ReadHead(line))
-            return m_isInReport && m_choice != ReportChoice::Last ? CutOff() : BeginReport(*time);
+        if (const auto time = FindHead(line))
+            return m_isInReport && m_choice == ReportChoice::All ? CutOff() : BeginReport(*time);
         return m_isInReport ? AddReportLine(line)
                             : "a leak report begins with \"" + std::string(Head) + "\", not with this line";
     }
@@ -124,6 +124,14 @@ public:
     std::size_t Line() const { return m_line; }
 
 private:
+    // A program that is ended while it writes a report leaves part of a line, behind which the next report begins.
+    std::optional<std::string_view> FindHead(std::string_view line) const
+    {
+        const std::size_t start = line.rfind(Head);
+        const bool mayBegin = start == 0 || m_isInReport || m_choice == ReportChoice::Last;
+        return start != line.npos && mayBegin ? ReadHead(line.substr(start)) : std::nullopt;
+    }
+
     std::string CutOff() const
     {
         return "the report that begins in line " + std::to_string(m_head) + " has no total: it is not whole";
@@ -153,16 +161,7 @@ private:
         if (const auto total = ReadTotal(line))
             return EndReport(*total);
         m_isInStack = m_hasRecord && line == StackHead;
-        return m_isInStack ? std::string() : AddUnknownLine(line);
-    }
-
-    // A program that was ended while it wrote a report leaves part of a line, behind which the next one begins.
-    std::string AddUnknownLine(std::string_view line)
-    {
-        if (const std::size_t head = line.find(Head); m_choice == ReportChoice::Last && head != line.npos)
-            if (const auto time = ReadHead(line.substr(head)))
-                return BeginReport(*time);
-        return "this is no line of a leak report";
+        return m_isInStack ? std::string() : "this is no line of a leak report";
     }
 
     std::string AddRecord(const Record& record)
