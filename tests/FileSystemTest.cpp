@@ -129,9 +129,7 @@ TEST_F(FileSystem, NamesAreListedByPatternInOrder)
         odd.insert(odd.end(), {"gr\xC3\xBC\xC3\x9F.inp", "stray \xFF\xC3.inp"});
     Create(odd);
     Create({"b.txt", "a", "C.TXT", "dir.inp/", "x/", "x/y.inp"});
-    Names expected = {" a  b.inp", "$(x);'y'`&%z%.inp", "-r.inp"};
-    expected.insert(expected.end(), odd.begin() + 3, odd.end());
-    EXPECT_EQ(Files("*.inp"), expected);
+    EXPECT_EQ(Files("*.inp"), odd);
     EXPECT_EQ(Files("?.txt"), IsPosix() ? Names{"b.txt"} : (Names{"C.TXT", "b.txt"}));
     EXPECT_EQ(Files(nullptr).size(), odd.size() + 3);
     EXPECT_EQ(Files(""), Files("*"));
