@@ -29,7 +29,7 @@ struct Entry
 };
 
 // Fills `entries`, sorted by the code units of their names; what leads nowhere is left out. False, with the last native
-// error, when the directory cannot be read. Throws std::bad_alloc.
+// error, when the directory cannot be read or what stands in it may not be asked for. Throws std::bad_alloc.
 bool ReadEntries(const std::wstring& directory, std::vector<Entry>& entries);
 
 struct UnreadDirectory

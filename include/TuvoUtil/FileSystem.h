@@ -42,7 +42,7 @@ TUVOUTIL_API char* UtlGetRelativeDirectoryPath(const char* path, const char* bas
 // ---- Listing and searching -----------------------------------------------------------------------------------------
 
 // Lists the names, without the directory, of the files in a directory that match a pattern. Their number; -1 and a null
-// list when the directory cannot be read.
+// list when the directory cannot be read, or what stands in it may not be asked for.
 TUVOUTIL_API int UtlGetFileNames(const char* directory, const char* pattern, char*** names);
 
 // The same for a directory and all below it: names are paths from `directory`. The files of each directory come before
