@@ -41,16 +41,18 @@ TEST(TemporaryNames, AreMadeOfDirectoryPrefixAndNumber)
         EXPECT_EQ(VEnvGetTempFileName(row.directory.c_str(), row.prefix, row.unique, name), row.result);
         EXPECT_EQ(name.GetText(), row.name);
     }
+}
+
+TEST(TemporaryNames, CountSecondsWhereNoNumberIsGiven)
+{
+    const auto now = [] { return platform::SteadyNanoseconds() / 1'000'000'000 & 0xFFFF; };
+    const auto earliest = now();
     BuString name;
-    const auto second = [] {
-        return static_cast<unsigned int>(platform::SteadyNanoseconds() / 1'000'000'000) & 0xFFFF;
-    };
-    const unsigned int earliest = second();
-    const unsigned int number = VEnvGetTempFileName(L"", L"", 0, name);
-    EXPECT_LE((number - earliest) & 0xFFFF, (second() - earliest) & 0xFFFF);
     BuString expected;
-    expected.Format(L"%x.tmp", number);
+    expected.Format(L"%x.tmp", VEnvGetTempFileName(L"", L"", 0, name));
     EXPECT_STREQ(name, expected);
+    const auto number = std::stoll(name.ToNarrow(), nullptr, 16);
+    EXPECT_LE((number - earliest) & 0xFFFF, (now() - earliest) & 0xFFFF);
 }
 
 TEST(TemporaryNames, AskTheEnvironmentForADirectory)

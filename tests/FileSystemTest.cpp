@@ -104,16 +104,10 @@ protected:
 
 TEST_F(FileSystem, PathsLeadThereAndBack)
 {
-    const Names paths = {"a", "a\\b/../c", "./a/b/c/", "../../x y/\xC3\xA9", "/", ".", Path("a;b"), Path()};
-    for (const std::string& path : paths)
-        for (const std::string& base : paths) {
-            const std::string relative = Take(UtlGetRelativeDirectoryPath(path.c_str(), base.c_str()));
-            EXPECT_EQ(Take(UtlGetAbsoluteDirectoryPath(relative.c_str(), base.c_str())),
-                      Take(UtlGetAbsoluteDirectoryPath(path.c_str(), nullptr)))
-                << path << " from " << base;
-        }
     EXPECT_EQ(Take(UtlGetAbsoluteDirectoryPath("../b/./c/", Path("a").c_str())), Slashed(Path("b/c")));
     EXPECT_EQ(Take(UtlGetRelativeDirectoryPath(Path("b/c").c_str(), Path("a").c_str())), "../b/c");
+    EXPECT_EQ(Take(UtlGetRelativeDirectoryPath("x y/\xC3\xA9;", nullptr)), "x y/\xC3\xA9;");
+    EXPECT_EQ(Take(UtlGetAbsoluteDirectoryPath("a", "")), Take(UtlGetAbsoluteDirectoryPath("a", ".")));
     for (const char* const none : {static_cast<const char*>(nullptr), ""}) {
         EXPECT_EQ(UtlGetAbsoluteDirectoryPath(none, "a"), nullptr);
         EXPECT_EQ(UtlGetRelativeDirectoryPath(none, "a"), nullptr);

@@ -30,9 +30,9 @@ TEST(TrackedFile, OpensAnyNameWithEitherSeparator)
 {
     const TemporaryFolder folder;
     platform::CreateOneDirectory(folder.Path("sub").c_str());
-    std::vector<std::string> names = {"plain.txt", " a  b.txt", "$(x);`y`'&%z%.txt", "-r", "sub/below", "sub\\below"};
+    std::vector<std::string> names = {" a  b.txt", "$(x);`y`'&%z%.txt", "sub/below", "sub\\below"};
     if (IsPosix())
-        names.insert(names.end(), {"\"quoted\"\n", "gr\xC3\xBC\xC3\x9F", "stray \xFF\xC3", "*?<>|:"});
+        names.insert(names.end(), {"gr\xC3\xBC\xC3\x9F", "stray \"\xFF\xC3*\n"});
     for (const std::string& name : names) {
         const std::string path = folder.NarrowPath() + name;
         EXPECT_TRUE(WriteThrough(path, "w", "one")) << name;
@@ -40,22 +40,19 @@ TEST(TrackedFile, OpensAnyNameWithEitherSeparator)
         EXPECT_EQ(ReadBinaryFile(platform::Widen(path)), "one+two") << name;
         EXPECT_EQ(TuvoAccess(path.c_str(), 4, nullptr, 0), 0) << name;
     }
-    EXPECT_EQ(ReadBinaryFile(folder.Path("sub/below")), ReadBinaryFile(folder.Path("sub\\below")));
 }
 
 TEST(TrackedFile, IsNullWhereNothingCanBeOpened)
 {
     const TemporaryFolder folder;
-    folder.Write("file", "text");
     const std::string file = folder.NarrowPath("file");
-    const std::string missing = folder.NarrowPath("missing/file");
-    const std::string directory = folder.NarrowPath();
+    const std::string missing = folder.NarrowPath("none/x");
+    folder.Write("file", "text");
     const struct
     {
         const char *path, *mode;
-    } rows[] = {{nullptr, "r"},           {file.c_str(), nullptr},  {nullptr, nullptr},     {"", "w"},
-                {file.c_str(), ""},       {missing.c_str(), "r"},   {missing.c_str(), "w"}, {directory.c_str(), "r"},
-                {directory.c_str(), "w"}, {file.c_str(), "no mode"}};
+    } rows[] = {{nullptr, "r"}, {file.c_str(), nullptr},   {"", "w"},
+                {".", "r"},     {file.c_str(), "no mode"}, {missing.c_str(), "w"}};
     for (const auto& row : rows) {
         errno = 0;
         EXPECT_EQ(TuvoFOpen(row.path, row.mode, __FILE__, __LINE__), nullptr) << &row - rows;
@@ -63,22 +60,14 @@ TEST(TrackedFile, IsNullWhereNothingCanBeOpened)
     }
     EXPECT_EQ(ReadBinaryFile(folder.Path("file")), "text");
     EXPECT_EQ(TuvoFClose(nullptr, __FILE__, __LINE__), EOF);
-}
-
-TEST(TrackedFile, AccessGivesWhatTheSystemSays)
-{
-    const TemporaryFolder folder;
-    for (const int mode : {0, 1, 6}) {
-        EXPECT_EQ(TuvoAccess(folder.NarrowPath().c_str(), mode, nullptr, 0), mode == 1 ? -1 : 0) << mode;
-        EXPECT_EQ(TuvoAccess(folder.NarrowPath("missing").c_str(), mode, nullptr, 0), -1) << mode;
-        EXPECT_EQ(TuvoAccess(nullptr, mode, nullptr, 0), -1) << mode;
-    }
+    for (const int mode : {0, 1, 2})
+        EXPECT_EQ(TuvoAccess(file.c_str(), mode, nullptr, 0), mode == 1 ? -1 : 0) << mode;
+    EXPECT_EQ(TuvoAccess(nullptr, 0, nullptr, 0), -1);
 }
 
 TEST(TrackedFile, SystemGivesTheExitStatusOfTheCommand)
 {
-    for (const int status : {0, 3, 255})
-        EXPECT_EQ(TuvoSystem(("exit " + std::to_string(status)).c_str(), nullptr, 0), status);
+    EXPECT_EQ(TuvoSystem("exit 3", nullptr, 0), 3);
     EXPECT_EQ(TuvoSystem(nullptr, nullptr, 0), -1);
 
     const TemporaryFolder folder;
