@@ -74,6 +74,7 @@ private:
         constexpr std::size_t PageBytes = 4096;
         if (reinterpret_cast<std::uintptr_t>(file) % PageBytes > PageBytes - sizeof recent.text) [[unlikely]]
             return false;
+        asm("" : "+r"(file));  // compilers that know how long a text is do not like it read on
         Word difference = 0;
         for (std::size_t i = 0; i < recent.fullWords; ++i)
             difference |= WordAt(recent.text, i) ^ WordAt(file, i);
