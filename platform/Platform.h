@@ -74,6 +74,11 @@ int RunProgram(const std::vector<std::wstring>& arguments, const ProgramStreams&
 // nowhere. A directory is a failed open on both systems. Null with errno set on failure.
 std::FILE* OpenFile(const wchar_t* path, const wchar_t* mode) noexcept;
 
+// fseek and ftell with 64-bit offsets on both systems. An origin other than SEEK_SET, SEEK_CUR and SEEK_END gives -1 with
+// EINVAL, as every other failure gives -1 with errno set.
+int SeekFile(std::FILE* file, std::int64_t offset, int origin) noexcept;
+std::int64_t FilePosition(std::FILE* file) noexcept;
+
 // Whether the file exists (mode 0) and may be written (2), read (4) or both (6). 0, or -1 with errno set; any other
 // mode gives -1 with EINVAL.
 int Access(const wchar_t* path, int mode) noexcept;

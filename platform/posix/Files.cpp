@@ -38,6 +38,20 @@ std::FILE* platform::OpenFile(const wchar_t* path, const wchar_t* mode) noexcept
     });
 }
 
+int platform::SeekFile(std::FILE* file, std::int64_t offset, int origin) noexcept
+{
+    if (origin != SEEK_SET && origin != SEEK_CUR && origin != SEEK_END) {
+        errno = EINVAL;
+        return -1;
+    }
+    return fseeko(file, offset, origin);
+}
+
+std::int64_t platform::FilePosition(std::FILE* file) noexcept
+{
+    return ftello(file);
+}
+
 int platform::Access(const wchar_t* path, int mode) noexcept
 {
     return Guarded(-1, [&] {

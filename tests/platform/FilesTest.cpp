@@ -43,6 +43,21 @@ protected:
     TemporaryFolder m_folder;
 };
 
+TEST_F(Files, SeeksAndTellsBeyondFourGigabytes)
+{
+    const Stream file = Open(m_folder.Path("file"), L"wb");
+    constexpr std::int64_t place = (std::int64_t{5} << 30) + 1;
+    EXPECT_EQ(platform::SeekFile(file.get(), place, SEEK_SET), 0);
+    EXPECT_EQ(platform::FilePosition(file.get()), place);
+    EXPECT_EQ(platform::SeekFile(file.get(), -place, SEEK_CUR), 0);
+    EXPECT_EQ(platform::FilePosition(file.get()), 0);
+    for (const auto& [offset, origin] : {std::pair(-1, SEEK_SET), std::pair(-1, SEEK_END), std::pair(0, 3)}) {
+        errno = 0;
+        EXPECT_EQ(platform::SeekFile(file.get(), offset, origin), -1);
+        EXPECT_EQ(errno, EINVAL);
+    }
+}
+
 TEST_F(Files, EveryCallTakesEitherSeparator)
 {
     for (const wchar_t* const separator : {L"/", L"\\"}) {
