@@ -42,6 +42,7 @@ PUBLIC_HEADERS = {
     "Units.h": "VUnit", "EquationEvaluator.h": "Evaluator", "IntegrityCheck.h": "IntegrityCheck",
     "StringBreak.h": "VUtlStr", "IdList.h": "VUtlStr", "StringMatch.h": "VUtlStr", "StringClean.h": "VUtlStr",
     "NumberText.h": "VUtlStr", "BinaryRead.h": "VUtlGen", "BulletinTable.h": "VUtlGen",
+    "Checksum.h": "Filer", "WriteStream.h": "Filer",
     "FileName.h": "VUtlMisc", "FileSystem.h": "VUtlMisc", "CompressedFile.h": "VUtlMisc",
 }
 
