@@ -79,6 +79,9 @@ std::FILE* OpenFile(const wchar_t* path, const wchar_t* mode) noexcept;
 int SeekFile(std::FILE* file, std::int64_t offset, int origin) noexcept;
 std::int64_t FilePosition(std::FILE* file) noexcept;
 
+// Makes a stream hand out its bytes as they are. Before, Windows may turn CR LF into LF, and take a Ctrl-Z for the end.
+void SetBinary(std::FILE* file) noexcept;
+
 // Whether the file exists (mode 0) and may be written (2), read (4) or both (6). 0, or -1 with errno set; any other
 // mode gives -1 with EINVAL.
 int Access(const wchar_t* path, int mode) noexcept;

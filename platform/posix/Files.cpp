@@ -52,6 +52,8 @@ std::int64_t platform::FilePosition(std::FILE* file) noexcept
     return ftello(file);
 }
 
+void platform::SetBinary(std::FILE*) noexcept {}
+
 int platform::Access(const wchar_t* path, int mode) noexcept
 {
     return Guarded(-1, [&] {

@@ -103,6 +103,11 @@ std::int64_t platform::FilePosition(std::FILE* file) noexcept
     return _ftelli64(file);
 }
 
+void platform::SetBinary(std::FILE* file) noexcept
+{
+    _setmode(_fileno(file), _O_BINARY);
+}
+
 int platform::Access(const wchar_t* path, int mode) noexcept
 {
     return Guarded(-1, [&] {
