@@ -2,13 +2,10 @@
 
 #include "platform/Platform.h"
 
-#include <iostream>
 #include <string>
 
 namespace tool {
 namespace {
-
-constexpr std::int64_t HalfSecond = 500'000'000;
 
 // Only where nothing else is written: messages to a terminal, values from and to files.
 bool IsWanted()
@@ -18,21 +15,12 @@ bool IsWanted()
 
 }  // namespace
 
-LineProgress::LineProgress() : m_enabled(IsWanted()), m_nextTime(platform::SteadyNanoseconds() + HalfSecond) {}
-
-LineProgress::~LineProgress()
-{
-    if (m_shown)
-        std::cerr << '\r' << std::string(40, ' ') << '\r';
-}
+LineProgress::LineProgress() : m_enabled(IsWanted()) {}
 
 void LineProgress::Show()
 {
-    if (platform::SteadyNanoseconds() < m_nextTime)
-        return;
-    m_nextTime += HalfSecond;
-    m_shown = true;
-    std::cerr << "\r" + std::to_string(m_lines) + " lines";
+    if (m_line.IsDue())
+        m_line.Show(std::to_string(m_lines) + " lines");
 }
 
 }  // namespace tool

@@ -1,7 +1,7 @@
 // How many lines are done, on standard error, while a long input goes from file to file before a user's eyes.
 #pragma once
 
-#include <cstdint>
+#include "tools/tuvo/ProgressLine.h"
 
 namespace tool {
 
@@ -9,9 +9,6 @@ class LineProgress
 {
 public:
     LineProgress();
-    ~LineProgress();  // removes what is shown
-    LineProgress(const LineProgress&) = delete;
-    LineProgress& operator=(const LineProgress&) = delete;
 
     void Count()
     {
@@ -23,9 +20,8 @@ private:
     void Show();
 
     bool m_enabled;
-    bool m_shown = false;
     std::int64_t m_lines = 0;
-    std::int64_t m_nextTime;  // nanoseconds of the steady clock
+    ProgressLine m_line;
 };
 
 }  // namespace tool
