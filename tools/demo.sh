@@ -63,6 +63,11 @@ What a user types in place of a number, with a value for its variable; and with 
 $ tuvo eval "2*(<width> + 1.5)/3" width=4
 $ tuvo eval "2*(<width> + 1.5/3" width=4
 
+The checksum that a model file would be stored with, and the usual CRC-32 of the same bytes:
+
+$ tuvo checksum data/steel-modulus.txt
+$ tuvo checksum --final data/steel-modulus.txt
+
 What a program did not free, and what is new since the release before:
 
 $ tuvo leaks data/leaks.txt

@@ -26,6 +26,7 @@ Command AddConvert(CLI::App& tuvo);
 Command AddUnits(CLI::App& tuvo);
 Command AddIds(CLI::App& tuvo);
 Command AddEval(CLI::App& tuvo);
+Command AddChecksum(CLI::App& tuvo);
 Command AddLeaks(CLI::App& tuvo);
 Command AddInfo(CLI::App& tuvo);
 

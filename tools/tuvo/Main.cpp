@@ -22,6 +22,7 @@ constexpr char Closing[] =
     "  tuvo units --systems\n"
     "  tuvo ids 1,5,10-20\n"
     "  tuvo eval \"2*(<width> + 1.5)\" width=4\n"
+    "  tuvo checksum model.bin\n"
     "  tuvo leaks leaks.txt\n"
     "  tuvo info\n"
     "\n"
@@ -124,8 +125,8 @@ ExitCode ParseAndRun(std::vector<std::string> arguments)
     tuvo.get_formatter()->column_width(28);
     tuvo.footer(Closing);
     tuvo.require_subcommand(0, 1);  // a second name of a command is an argument like any other
-    const std::vector<Command> commands = {AddConvert(tuvo), AddUnits(tuvo), AddIds(tuvo),
-                                           AddEval(tuvo),    AddLeaks(tuvo), AddInfo(tuvo)};
+    const std::vector<Command> commands = {AddConvert(tuvo),  AddUnits(tuvo), AddIds(tuvo), AddEval(tuvo),
+                                           AddChecksum(tuvo), AddLeaks(tuvo), AddInfo(tuvo)};
     try {
         tuvo.parse(arguments);
     } catch (const CLI::ParseError& error) {
