@@ -40,6 +40,7 @@ PUBLIC_HEADERS = {
     "Messages.h": "Diagnostics", "Environment.h": "Diagnostics", "TrackedFile.h": "Diagnostics",
     "FixedHeap.h": "VFixedHeap", "Memory.h": "TuvoMemory", "LeakChecker.h": "TuvoMemory", "CallStack.h": "CallStack",
     "Units.h": "VUnit", "EquationEvaluator.h": "Evaluator", "IntegrityCheck.h": "IntegrityCheck",
+    "Benchmark.h": "Benchmark",
     "StringBreak.h": "VUtlStr", "IdList.h": "VUtlStr", "StringMatch.h": "VUtlStr", "StringClean.h": "VUtlStr",
     "NumberText.h": "VUtlStr", "BinaryRead.h": "VUtlGen", "BulletinTable.h": "VUtlGen",
     "Checksum.h": "Filer", "WriteStream.h": "Filer",
