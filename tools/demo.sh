@@ -73,6 +73,11 @@ What a program did not free, and what is new since the release before:
 $ tuvo leaks data/leaks.txt
 $ tuvo leaks data/leaks.txt --against data/leaks-before.txt
 
+Where the time of an analysis went; bench-view makes an SVG picture of it:
+
+$ cat data/solver.log
+$ tuvo bench-view data/solver.log | head -n 4
+
 What to try next:
 
   tuvo units --type      all quantities that can be converted

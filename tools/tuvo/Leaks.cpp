@@ -1,15 +1,10 @@
 // tuvo leaks: what the leak checker reported, by the place that allocated it.
-#include "platform/Platform.h"
 #include "tools/tuvo/Command.h"
-#include "tools/tuvo/Console.h"
 #include "tools/tuvo/LeakReports.h"
 #include "tools/tuvo/LeakRows.h"
+#include "tools/tuvo/TextFile.h"
 
-#include <array>
-#include <cerrno>
-#include <cstdio>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <optional>
 
@@ -39,50 +34,9 @@ constexpr char Examples[] =
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
 
-std::string SourceName(const std::string& path)
-{
-    return path == "-" ? "standard input" : path;
-}
-
-[[noreturn]] void FailToRead(const std::string& path)
-{
-    const int code = platform::LastNativeError();
-    throw Failure("cannot read " + path + ": " + platform::Narrow(platform::NativeErrorText(code)));
-}
-
-std::string ReadInput()
-{
-    std::string text((std::istreambuf_iterator<char>(std::cin)), std::istreambuf_iterator<char>());
-    if (std::cin.bad())
-        throw Failure("cannot read standard input");
-    return text;
-}
-
-struct StreamCloser
-{
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-};
-
-// Nothing when there is no such file and there need not be one.
-std::optional<std::string> ReadFile(const std::string& path, bool ifExists)
-{
-    const std::unique_ptr<std::FILE, StreamCloser> file(platform::OpenFile(platform::Widen(path).c_str(), L"rb"));
-    if (file == nullptr && errno == ENOENT && ifExists)
-        return std::nullopt;
-    if (file == nullptr)
-        FailToRead(path);
-    std::string text;
-    std::array<char, 65536> piece;
-    while (const std::size_t size = std::fread(piece.data(), 1, piece.size(), file.get()))
-        text.append(piece.data(), size);
-    if (std::ferror(file.get()) != 0)
-        FailToRead(path);
-    return text;
-}
-
 LeakReports Load(const std::string& path, const Options& options)
 {
-    const std::optional<std::string> text = path == "-" ? ReadInput() : ReadFile(path, options.ifExists);
+    const std::optional<std::string> text = options.ifExists ? ReadTextIfExists(path) : ReadText(path);
     LeakReports reports;
     if (!text)
         return reports;

@@ -24,6 +24,7 @@ constexpr char Closing[] =
     "  tuvo eval \"2*(<width> + 1.5)\" width=4\n"
     "  tuvo checksum model.bin\n"
     "  tuvo leaks leaks.txt\n"
+    "  tuvo bench-view solver.log -o solver.svg\n"
     "  tuvo info\n"
     "\n"
     "Results go to standard output, messages to standard error. Exit codes: 0 done, 1 the work failed, 2 wrong usage.\n"
@@ -125,8 +126,10 @@ ExitCode ParseAndRun(std::vector<std::string> arguments)
     tuvo.get_formatter()->column_width(28);
     tuvo.footer(Closing);
     tuvo.require_subcommand(0, 1);  // a second name of a command is an argument like any other
-    const std::vector<Command> commands = {AddConvert(tuvo),  AddUnits(tuvo), AddIds(tuvo), AddEval(tuvo),
-                                           AddChecksum(tuvo), AddLeaks(tuvo), AddInfo(tuvo)};
+    const std::vector<Command> commands = {
+        AddConvert(tuvo),  AddUnits(tuvo), AddIds(tuvo),       AddEval(tuvo),
+        AddChecksum(tuvo), AddLeaks(tuvo), AddBenchView(tuvo), AddInfo(tuvo),
+    };
     try {
         tuvo.parse(arguments);
     } catch (const CLI::ParseError& error) {
