@@ -65,7 +65,7 @@ TEST(TuvoBenchView, EverySectionCanBeRead)
     const std::vector<double> tops = Attributes(svg, Box, "y");
     ASSERT_EQ(tops.size(), 402U);
     for (std::size_t i = 4; i < tops.size(); i += 2)
-        EXPECT_EQ(tops[i] - tops[i - 2], 18) << i;
+        EXPECT_EQ(tops[i] - tops[i - 2], 20) << i;
     EXPECT_TRUE(Contains(svg, ">section 199  0.0005 s</text>"));
 }
 

@@ -11,7 +11,7 @@ namespace tool {
 namespace {
 
 // All lengths are in pixels.
-constexpr double RowHeight = 18;
+constexpr double RowHeight = 20;
 constexpr double TimeHeight = 720;  // of the time of all histories, when no row has to be higher
 constexpr double CharacterWidth = 7.3;
 constexpr double Margin = 12;
@@ -238,7 +238,7 @@ private:
         const double share = Height(m_entries[index].seconds) / TimeHeight;
         Print(svg, R"(<rect x="%.1f" y="%.1f" width="%.1f" height="%.1f" fill="%s" stroke="#ffffff"/>)", left, box.top,
               width, box.height, Colours[box.depth % Colours.size()]);
-        Print(svg, R"(<rect x="%.1f" y="%.1f" width="%.1f" height="2" fill="#666666"/>)", left, box.top + RowHeight - 3,
+        Print(svg, R"(<rect x="%.1f" y="%.1f" width="%.1f" height="2" fill="#666666"/>)", left, box.top + RowHeight - 4,
               share * width);
     }
 
