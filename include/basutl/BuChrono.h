@@ -33,7 +33,7 @@ public:
     // Milliseconds in a number of ticks, divided by `divisor`: 1000.0 gives seconds. Computed in double, then rounded.
     static float FromTickCountToMillisec(long long ticks, double divisor) noexcept
     {
-        return static_cast<float>(static_cast<double>(ticks) / 1.0e6 / divisor);
+        return static_cast<float>(static_cast<double>(ticks) * (1.0 / (1.0e6 * divisor)));
     }
 
 private:
