@@ -66,13 +66,12 @@ public:
     {
         if (!chrono.steps.IsEmpty())
             AddEndMark(chrono);
-        chrono.total = chrono.StopAndGetSeconds();
-        chrono.isOpen = false;
+        chrono.Stop();
         if (!LeaveCurrent())
             return;
         ChronoItem& parent = *Benchmark::m_ptiCurrent;
         if (parent.GetData() != nullptr)
-            parent.GetData()->steps.Add({{}, &chrono, chrono.total, StepKind::NestedSection});
+            parent.GetData()->steps.Add({{}, &chrono, chrono.Total(), StepKind::NestedSection});
         else if (chrono.IsShown())
             Report();
     }
@@ -160,14 +159,14 @@ Benchmark::~Benchmark()
 {
     if (m_chrono == nullptr)
         return;
-    if (m_chrono->isOpen)
+    if (m_chrono->IsOpen())
         ChronoTree::Close(*m_chrono);
     m_chrono->RemoveHolder();
 }
 
 void Benchmark::RecordElapsedTime(const wchar_t* format, ...)
 {
-    if (m_chrono == nullptr || !m_chrono->isOpen)
+    if (m_chrono == nullptr || !m_chrono->IsOpen())
         return;
     const float seconds = m_chrono->Seconds();
     const bool isShown = m_chrono->threshold <= seconds;

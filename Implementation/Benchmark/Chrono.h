@@ -5,6 +5,7 @@
 #include <basutl/BuCRTAllocator.h>
 #include <basutl/BuChrono.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <cwchar>
@@ -52,9 +53,27 @@ public:
     static void operator delete(void* block) noexcept { BuCRTAllocator::Release(block); }
 
     float Seconds() const noexcept { return BuChrono::FromTickCountToMillisec(m_chrono.GetIntermediate(), 1000.0); }
-    float StopAndGetSeconds() noexcept { return BuChrono::FromTickCountToMillisec(m_chrono.GetElapsed(1), 1000.0); }
     const wchar_t* Name() const noexcept { return reinterpret_cast<const wchar_t*>(this + 1); }
-    bool IsShown() const noexcept { return threshold <= total; }
+    bool IsOpen() const noexcept { return m_isOpen; }
+
+    void Stop() noexcept
+    {
+        m_elapsed = m_chrono.GetElapsed(1);
+        m_isOpen = false;
+    }
+
+    // Seconds. Converted where they are needed: the next section's reading of the clock would wait for it.
+    float Total() const noexcept
+    {
+        return m_isOpen ? Unmeasured : BuChrono::FromTickCountToMillisec(m_elapsed, 1000.0);
+    }
+
+    // Whether it lasted at least its threshold. Most that did not are told by their ticks alone.
+    bool IsShown() const noexcept
+    {
+        const double tooShort = std::min(static_cast<double>(threshold) * 0.999e9, 9e18);
+        return m_elapsed >= static_cast<long long>(tooShort) && threshold <= Total();
+    }
 
     void AddHolder() noexcept { ++m_holders; }
     void RemoveHolder() noexcept
@@ -67,15 +86,13 @@ private:
     explicit Chrono(float thresholdSec) noexcept : threshold(thresholdSec) {}
 
     BuChrono m_chrono{0, 0};
+    long long m_elapsed = 0;  // ticks
+    int m_holders = 2;
+    bool m_isOpen = true;
 
 public:
-    float threshold;  // seconds
+    const float threshold;  // seconds
     BuObjectArrayTempl<Step> steps;
-    float total = Unmeasured;  // seconds
-    bool isOpen = true;
-
-private:
-    int m_holders = 2;
 };
 
 }  // namespace tuvo::benchmark

@@ -16,7 +16,7 @@ constexpr std::size_t IndentationLength = std::size(Indentation) - 1;
 
 float InternalTime(const Chrono& chrono) noexcept
 {
-    float internal = chrono.total;
+    float internal = chrono.Total();
     for (const Step& step : chrono.steps)
         if (step.kind == StepKind::NestedSection)
             internal -= step.time;
@@ -96,7 +96,7 @@ private:
     void WriteHeader(const Chrono& chrono, std::size_t prefix) noexcept
     {
         const float internal = InternalTime(chrono);
-        Log(prefix, chrono.total, internal, L"%s%gs: Chrono '%s'\n", L"%s%gs (internal: %gs): Chrono '%s'\n",
+        Log(prefix, chrono.Total(), internal, L"%s%gs: Chrono '%s'\n", L"%s%gs (internal: %gs): Chrono '%s'\n",
             chrono.Name());
         if (chrono.steps.IsEmpty())
             AddToSummary(internal, L"%s", chrono.Name(), L"");
