@@ -299,10 +299,9 @@ TEST(BenchmarkSettings, ComeFromTheEnvironment)
 
 // ---- Traces --------------------------------------------------------------------------------------------------------
 
-TEST_IN_CHILD(BenchmarkTrace, IsWholeAfterEveryEvent)
+CHILD_SCENARIO(BenchmarkTraceEvents)
 {
-    const TemporaryFolder folder;
-    const std::wstring file = folder.Path("trace.json");
+    const std::wstring file = platform::Widen(ChildArguments().at(0));
     BenchmarkSession session(L"0", L"100", file);
     auto expect = [&, events = std::string()](const char* event) mutable {
         const std::string ids = ",\"pid\":" + std::to_string(platform::ProcessId()) + ",\"tid\":1";
@@ -328,6 +327,14 @@ TEST_IN_CHILD(BenchmarkTrace, IsWholeAfterEveryEvent)
     delete inner;
     expect(R"("\"a\\\u000a\u00e9\ud83d\ude00","ph":"E","ts":2000001.500)");
     EXPECT_EQ(session.TakeLog(), "");
+    return testing::Test::HasFailure() ? 1 : 0;
+}
+
+TEST(BenchmarkTrace, IsWholeAfterEveryEvent)
+{
+    const TemporaryFolder folder;
+    const ChildResult child = RunChild("BenchmarkTraceEvents", {}, {folder.Path("trace.json")});
+    EXPECT_EQ(child.exitCode, 0) << child.output << child.errors;
 }
 
 CHILD_SCENARIO(BenchmarkTraceUntilTheEnd)
