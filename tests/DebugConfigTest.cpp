@@ -277,6 +277,22 @@ TEST_F(DebugConfig, AgreesWithPlainLists)
     }
 }
 
+// The table of docs/debug-config.md, for the file that it shows.
+TEST_F(DebugConfig, ReadsTheExampleOfTheGuide)
+{
+    ASSERT_EQ(Read(ReadTextFile(platform::Widen(SourceFile("data/MovraDebug.config")))), 0);
+    std::string table;
+    for (const auto& [name, text] : Content()) {
+        int integer = 0;
+        double real = 0.0;
+        m_parameters.GetCustomConfigInfo(&Mesher, Wide(name), &integer, &real, nullptr);
+        table += "| `" + name + "` | `" + text + "` | " + std::to_string(integer) + " | " +
+                 (real == 1e-6 ? "1e-6" : std::to_string(static_cast<int>(real))) + " |\n";
+    }
+    const std::string guide = ReadTextFile(platform::Widen(SourceFile("docs/debug-config.md")));
+    EXPECT_NE(guide.find("|---|---|---|---|\n" + table + '\n'), guide.npos) << table;
+}
+
 TEST_F(DebugConfig, WritesWhatReadsBack)
 {
     Read("# lost\nb : 2 \na : 1\n: no name\n");

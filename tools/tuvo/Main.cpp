@@ -127,8 +127,8 @@ ExitCode ParseAndRun(std::vector<std::string> arguments)
     tuvo.footer(Closing);
     tuvo.require_subcommand(0, 1);  // a second name of a command is an argument like any other
     const std::vector<Command> commands = {
-        AddConvert(tuvo),  AddUnits(tuvo), AddIds(tuvo),       AddEval(tuvo),
-        AddChecksum(tuvo), AddLeaks(tuvo), AddBenchView(tuvo), AddInfo(tuvo),
+        AddConvert(tuvo), AddUnits(tuvo),     AddIds(tuvo),    AddEval(tuvo), AddChecksum(tuvo),
+        AddLeaks(tuvo),   AddBenchView(tuvo), AddParams(tuvo), AddInfo(tuvo),
     };
     try {
         tuvo.parse(arguments);
