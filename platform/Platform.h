@@ -172,10 +172,11 @@ struct ProcessorRecord
 };
 static_assert(sizeof(ProcessorRecord) == 32);
 
-// All cores and packages of the machine (Windows: of the processor group of this process). On Linux the bits of a mask
-// are numbered within each record; only their count has a meaning, and it ends at 64. False when the system does not
-// tell; `records` is then empty.
-bool ReadProcessorRecords(std::vector<ProcessorRecord>& records) noexcept;
+// All cores and packages of the machine (Windows: of the processor group of this process, with records of other
+// relations among them). On Linux the bits of a mask are numbered within each record; only their count has a meaning,
+// and it ends at 64. `allocate` is asked once for the block of `size` bytes that holds them, which the caller gives
+// back; the count is 0 when it gives none, and when the system does not tell. Takes some milliseconds.
+ProcessorRecord* ReadProcessorRecords(void* (*allocate)(std::size_t size), std::size_t& count) noexcept;
 
 // The number of logical processors that this process may run on; at least 1.
 unsigned int UsableProcessors() noexcept;

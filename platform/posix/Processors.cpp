@@ -1,11 +1,10 @@
 #include "platform/posix/Processors.h"
 
-#include "platform/Guard.h"
-
 #include <sched.h>
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -24,20 +23,28 @@ std::uint64_t MaskOf(int count)
     return count <= 0 ? 0 : ~std::uint64_t{0} >> (64 - std::min(count, 64));
 }
 
-void AppendRecords(hwloc_topology_t topology, hwloc_obj_type_t type, ProcessorRelation relation,
-                   std::vector<ProcessorRecord>& records)
+// The types of object that stand for cores and for packages.
+hwloc_obj_type_t CoreType(hwloc_topology_t topology)
+{
+    return hwloc_get_nbobjs_by_type(topology, HWLOC_OBJ_CORE) > 0 ? HWLOC_OBJ_CORE : HWLOC_OBJ_PU;
+}
+
+hwloc_obj_type_t PackageType(hwloc_topology_t topology)
+{
+    return hwloc_get_nbobjs_by_type(topology, HWLOC_OBJ_PACKAGE) > 0 ? HWLOC_OBJ_PACKAGE : HWLOC_OBJ_MACHINE;
+}
+
+// Stores a record for each object of a type and gives the place behind the last.
+ProcessorRecord* StoreRecords(hwloc_topology_t topology, hwloc_obj_type_t type, ProcessorRelation relation,
+                              ProcessorRecord* records)
 {
     for (hwloc_obj_t object = nullptr; (object = hwloc_get_next_obj_by_type(topology, type, object)) != nullptr;) {
         ProcessorRecord record;
         record.processorMask = MaskOf(hwloc_bitmap_weight(object->cpuset));
         record.relation = relation;
-        records.push_back(record);
+        *records++ = record;
     }
-}
-
-bool Has(hwloc_topology_t topology, hwloc_obj_type_t type)
-{
-    return hwloc_get_nbobjs_by_type(topology, type) > 0;
+    return records;
 }
 
 // Only what the records need is looked for: caches and devices would take most of the time.
@@ -57,25 +64,33 @@ Topology LoadTopology()
 
 }  // namespace
 
-std::vector<ProcessorRecord> platform::ProcessorRecords(hwloc_topology_t topology)
+std::size_t platform::CountProcessorRecords(hwloc_topology_t topology)
 {
-    std::vector<ProcessorRecord> records;
-    AppendRecords(topology, Has(topology, HWLOC_OBJ_CORE) ? HWLOC_OBJ_CORE : HWLOC_OBJ_PU, ProcessorRelation::Core,
-                  records);
-    AppendRecords(topology, Has(topology, HWLOC_OBJ_PACKAGE) ? HWLOC_OBJ_PACKAGE : HWLOC_OBJ_MACHINE,
-                  ProcessorRelation::Package, records);
-    return records;
+    // Never negative: all objects of these types are at one depth.
+    return static_cast<std::size_t>(hwloc_get_nbobjs_by_type(topology, CoreType(topology))) +
+           static_cast<std::size_t>(hwloc_get_nbobjs_by_type(topology, PackageType(topology)));
 }
 
-bool platform::ReadProcessorRecords(std::vector<ProcessorRecord>& records) noexcept
+void platform::StoreProcessorRecords(hwloc_topology_t topology, ProcessorRecord* records)
 {
-    records.clear();
-    return Guarded(false, [&] {
-        const Topology topology = LoadTopology();
-        if (topology != nullptr)
-            records = ProcessorRecords(topology.get());
-        return topology != nullptr;
-    });
+    records = StoreRecords(topology, CoreType(topology), ProcessorRelation::Core, records);
+    StoreRecords(topology, PackageType(topology), ProcessorRelation::Package, records);
+}
+
+platform::ProcessorRecord* platform::ReadProcessorRecords(void* (*allocate)(std::size_t size),
+                                                          std::size_t& count) noexcept
+{
+    count = 0;
+    const Topology topology = LoadTopology();
+    if (topology == nullptr)
+        return nullptr;
+    const std::size_t known = CountProcessorRecords(topology.get());
+    auto* const records = static_cast<ProcessorRecord*>(allocate(known * sizeof(ProcessorRecord)));
+    if (records == nullptr)
+        return nullptr;
+    StoreProcessorRecords(topology.get(), records);
+    count = known;
+    return records;
 }
 
 unsigned int platform::UsableProcessors() noexcept

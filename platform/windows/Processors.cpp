@@ -1,40 +1,35 @@
-#include "platform/Guard.h"
 #include "platform/Platform.h"
 #include "platform/windows/Native.h"
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 
 namespace {
 
+// The records are those of the system, seen through a type that every system has.
 using NativeRecord = SYSTEM_LOGICAL_PROCESSOR_INFORMATION;
 static_assert(sizeof(NativeRecord) == sizeof(platform::ProcessorRecord));
-
-// Empty when the system does not tell.
-std::vector<NativeRecord> ReadNativeRecords()
-{
-    DWORD size = 0;
-    GetLogicalProcessorInformation(nullptr, &size);
-    std::vector<NativeRecord> records(size / sizeof(NativeRecord));
-    if (records.empty() || !GetLogicalProcessorInformation(records.data(), &size))
-        return {};
-    return records;
-}
+static_assert(offsetof(NativeRecord, ProcessorMask) == offsetof(platform::ProcessorRecord, processorMask));
+static_assert(offsetof(NativeRecord, Relationship) == offsetof(platform::ProcessorRecord, relation));
+static_assert(RelationProcessorCore == static_cast<int>(platform::ProcessorRelation::Core));
+static_assert(RelationProcessorPackage == static_cast<int>(platform::ProcessorRelation::Package));
 
 }  // namespace
 
-bool platform::ReadProcessorRecords(std::vector<ProcessorRecord>& records) noexcept
+platform::ProcessorRecord* platform::ReadProcessorRecords(void* (*allocate)(std::size_t size),
+                                                          std::size_t& count) noexcept
 {
-    records.clear();
-    const bool isRead = Guarded(false, [&] {
-        for (const NativeRecord& native : ReadNativeRecords())
-            if (native.Relationship == RelationProcessorCore || native.Relationship == RelationProcessorPackage)
-                records.push_back(std::bit_cast<ProcessorRecord>(native));
-        return !records.empty();
-    });
-    if (!isRead)
-        records.clear();
-    return isRead;
+    count = 0;
+    DWORD size = 0;
+    GetLogicalProcessorInformation(nullptr, &size);
+    if (size == 0)
+        return nullptr;
+    auto* const records = static_cast<ProcessorRecord*>(allocate(size));
+    // After a failure, which a processor added meanwhile would cause, the block stands without records.
+    if (records != nullptr && GetLogicalProcessorInformation(reinterpret_cast<NativeRecord*>(records), &size))
+        count = size / sizeof(NativeRecord);
+    return records;
 }
 
 unsigned int platform::UsableProcessors() noexcept

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdlib>
 #include <memory>
+#include <span>
 
 namespace {
 
@@ -109,19 +111,23 @@ TEST(Modules, AnAddressLeadsToItsFile)
 
 TEST(Processors, ThisMachineHasSomeAndWeMayUseThem)
 {
-    std::vector<platform::ProcessorRecord> records = {{}, {}};
-    ASSERT_TRUE(platform::ReadProcessorRecords(records));
+    std::size_t count = 0;
+    platform::ProcessorRecord* const records = platform::ReadProcessorRecords(std::malloc, count);
     unsigned int processors = 0;
     int packages = 0;
-    for (const platform::ProcessorRecord& record : records) {
-        EXPECT_NE(record.processorMask, 0u);
-        if (record.relation == platform::ProcessorRelation::Core)
-            processors += static_cast<unsigned int>(std::popcount(record.processorMask));
-        packages += record.relation == platform::ProcessorRelation::Package;
+    for (const platform::ProcessorRecord& record : std::span(records, count)) {
+        const bool isCore = record.relation == platform::ProcessorRelation::Core;
+        const bool isPackage = record.relation == platform::ProcessorRelation::Package;
+        EXPECT_TRUE(record.processorMask != 0 || !(isCore || isPackage));
+        processors += isCore ? static_cast<unsigned int>(std::popcount(record.processorMask)) : 0;
+        packages += isPackage;
     }
     EXPECT_GE(packages, 1);
     EXPECT_GE(platform::UsableProcessors(), 1u);
     EXPECT_LE(platform::UsableProcessors(), processors);
+    std::free(records);
+    EXPECT_EQ(platform::ReadProcessorRecords([](std::size_t) -> void* { return nullptr; }, count), nullptr);
+    EXPECT_EQ(count, 0u);
 }
 
 TEST(Errors, TextsAreOneLineEach)

@@ -7,6 +7,7 @@
 
 #include <TuvoUtil/FixedHeap.h>
 #include <TuvoUtil/Memory.h>
+#include <TuvoUtil/SystemInfo.h>
 #include <basutl/BuString.h>
 #include <basutl/BuVariable.h>
 
@@ -35,20 +36,19 @@ constexpr const char* Switches[] = {
     "TUVO_CATALOGUE",
 };
 
+std::string Counted(int count, const char* what)
+{
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
 std::string ProcessorText()
 {
-    std::vector<platform::ProcessorRecord> records;
-    int cores = 0;
-    int packages = 0;
-    if (platform::ReadProcessorRecords(records))
-        for (const platform::ProcessorRecord& record : records)
-            ++(record.relation == platform::ProcessorRelation::Core ? cores : packages);
-    std::string text = std::to_string(platform::UsableProcessors()) + " usable";
-    if (cores > 0)
-        text += ", " + std::to_string(cores) + (cores == 1 ? " core" : " cores");
-    if (packages > 0)
-        text += ", " + std::to_string(packages) + (packages == 1 ? " package" : " packages");
-    return text;
+    const std::string usable = std::to_string(platform::UsableProcessors()) + " usable";
+    const int cores = TuvoGetSystemPhysicalCores();
+    if (cores == 0)
+        return usable;
+    return usable + " of " + Counted(TuvoGetSystemLogicalCores(), "logical processor") + ", " + Counted(cores, "core") +
+           ", " + Counted(TuvoGetSystemCPUCount() - 1, "package");  // that count starts at 1
 }
 
 std::string BlockHeapText()
@@ -94,7 +94,8 @@ ExitCode Run(const std::string& catalogue)
     VEnvGetTempPath(temporary);
     Table table({{""}, {""}});
     table.AddRow({"Program", "tuvo " TUVO_VERSION});
-    table.AddRow({"Library", LibraryFile()});
+    table.AddRow({"Library", TuvoUtil_get_module_info(2)});
+    table.AddRow({"Library file", LibraryFile()});
     table.AddRow({"Built for", TUVO_BUILT_FOR});
     table.AddRow({"Processors", ProcessorText()});
     table.AddRow({"Block heap", BlockHeapText()});

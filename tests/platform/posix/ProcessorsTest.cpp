@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <vector>
 
 namespace {
 
@@ -15,7 +16,8 @@ std::vector<ProcessorRecord> Synthetic(const char* description)
     EXPECT_EQ(hwloc_topology_init(&topology), 0);
     EXPECT_EQ(hwloc_topology_set_synthetic(topology, description), 0);
     EXPECT_EQ(hwloc_topology_load(topology), 0);
-    const std::vector<ProcessorRecord> records = platform::ProcessorRecords(topology);
+    std::vector<ProcessorRecord> records(platform::CountProcessorRecords(topology));
+    platform::StoreProcessorRecords(topology, records.data());
     hwloc_topology_destroy(topology);
     return records;
 }
