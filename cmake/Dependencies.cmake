@@ -1,19 +1,21 @@
 # What is built on. On Linux everything is an installed package; for Windows pugixml and GoogleTest come as installed or
-# unpacked sources, and CLI11 is a header that serves both (see `./dev setup`).
+# unpacked sources, and CLI11 and stb_image are headers that serve both (see `./dev setup`).
 
 if(WIN32)
   set(PUGIXML_SOURCE "" CACHE PATH "Unpacked pugixml sources, for systems without a package of it")
-  set(HOST_INCLUDE "" CACHE PATH "Folder with CLI11's headers, for systems without a package of it")
+  set(HOST_INCLUDE "" CACHE PATH "Folder with the headers of CLI11 and stb, for systems without a package of it")
   add_library(pugixml STATIC ${PUGIXML_SOURCE}/src/pugixml.cpp)
   target_include_directories(pugixml SYSTEM PUBLIC ${PUGIXML_SOURCE}/src)
   add_library(pugixml::pugixml ALIAS pugixml)
   add_library(CLI11 INTERFACE)
   target_include_directories(CLI11 SYSTEM INTERFACE ${HOST_INCLUDE})
   add_library(CLI11::CLI11 ALIAS CLI11)
+  set(STB_INCLUDE ${HOST_INCLUDE})
   set(PLATFORM_SYSTEM_LIBRARIES "")
 else()
   find_package(pugixml 1.13 REQUIRED)
   find_package(CLI11 2.1 REQUIRED)
+  find_path(STB_INCLUDE stb/stb_image.h REQUIRED)
   find_library(HWLOC_LIBRARY hwloc REQUIRED)
   # libbacktrace comes with gcc, whatever compiler is used. Its header is linked to from a folder of its own: beside it
   # stand gcc's intrinsics, which no other compiler may find.
@@ -28,3 +30,4 @@ else()
   target_link_libraries(backtrace INTERFACE ${BACKTRACE_LIBRARY})
   set(PLATFORM_SYSTEM_LIBRARIES backtrace ${HWLOC_LIBRARY} ${CMAKE_DL_LIBS})
 endif()
+include(cmake/StbImage.cmake)

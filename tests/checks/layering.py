@@ -45,7 +45,7 @@ PUBLIC_HEADERS = {
     "NumberText.h": "VUtlStr", "BinaryRead.h": "VUtlGen", "BulletinTable.h": "VUtlGen",
     "Checksum.h": "Filer", "WriteStream.h": "Filer", "DebugConfig.h": "QDDebugUtl",
     "FileName.h": "VUtlMisc", "FileSystem.h": "VUtlMisc", "CompressedFile.h": "VUtlMisc",
-    "SystemInfo.h": "VSysInfoUtl",
+    "SystemInfo.h": "VSysInfoUtl", "Image.h": "Image",
 }
 
 SYSTEM_CONDITIONAL = re.compile(r"^\s*#\s*(?:el)?if.*(_WIN32|_WIN64|__linux__|__unix__|__MINGW|__APPLE__|_MSC_VER)")
