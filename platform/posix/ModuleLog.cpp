@@ -168,19 +168,21 @@ platform::ModulePlace platform::FindModulePlace(const void* address, std::uint32
 
 std::uint32_t platform::NoteLoadedModules() noexcept
 {
-    ModuleLog& log = Log();
-    const std::lock_guard lock(log.mutex);
-    const LoaderCounts counts = CountsNow();
-    if (counts == log.counts)
+    return Guarded(std::uint32_t{0}, [] {
+        ModuleLog& log = Log();
+        const std::lock_guard lock(log.mutex);
+        const LoaderCounts counts = CountsNow();
+        if (counts == log.counts)
+            return log.state;
+        Guarded(false, [&] {
+            Listing listing;
+            dl_iterate_phdr(TakeModule, &listing);
+            if (listing.isComplete) {
+                Update(log, listing);
+                log.counts = counts;
+            }
+            return true;
+        });
         return log.state;
-    Guarded(false, [&] {
-        Listing listing;
-        dl_iterate_phdr(TakeModule, &listing);
-        if (listing.isComplete) {
-            Update(log, listing);
-            log.counts = counts;
-        }
-        return true;
     });
-    return log.state;
 }
