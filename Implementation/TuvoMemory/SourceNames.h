@@ -59,7 +59,7 @@ private:
         const auto address = reinterpret_cast<std::uintptr_t>(file);
         return (address ^ (address >> 8)) % CacheSize;
     }
-    static Word WordAt(const char* text, std::size_t index) noexcept
+    [[gnu::no_sanitize_address]] static Word WordAt(const char* text, std::size_t index) noexcept
     {
         Word word = 0;
         std::memcpy(&word, text + index * sizeof word, sizeof word);

@@ -191,7 +191,8 @@ inline std::string StreamDifference(std::string_view input)
     while (next < input.size()) {
         const auto operation = static_cast<std::size_t>(take()) % (std::size(streamOperations) + 3);
         const int number = take() - 128, length = take() * 3;
-        const StreamValues values(number * 0x0102030405060708LL, std::string(static_cast<std::size_t>(length), 'x'));
+        const StreamValues values(static_cast<long long>(static_cast<unsigned>(number) * 0x0102030405060708ULL),
+                                  std::string(static_cast<std::size_t>(length), 'x'));
         if (operation < std::size(streamOperations)) {
             const Written written = streamOperations[operation](*file, values);
             model.Write(written.file);
