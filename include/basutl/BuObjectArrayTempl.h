@@ -124,7 +124,8 @@ public:
             return true;
         const long long grown = static_cast<long long>(m_capacity) + m_capacity / 2 + 4;
         const int capacity = static_cast<int>(grown < count ? count : (grown > INT_MAX ? INT_MAX : grown));
-        T* const items = static_cast<T*>(BuCRTAllocator::Allocate(static_cast<std::size_t>(capacity) * sizeof(T)));
+        constexpr std::size_t itemSize = sizeof(T);  // NOLINT(bugprone-sizeof-expression): T may be a pointer
+        T* const items = static_cast<T*>(BuCRTAllocator::Allocate(static_cast<std::size_t>(capacity) * itemSize));
         if (items == nullptr)
             return false;
         for (int i = 0; i < m_count; ++i) {

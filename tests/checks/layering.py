@@ -43,7 +43,7 @@ PUBLIC_HEADERS = {
     "Benchmark.h": "Benchmark",
     "StringBreak.h": "VUtlStr", "IdList.h": "VUtlStr", "StringMatch.h": "VUtlStr", "StringClean.h": "VUtlStr",
     "NumberText.h": "VUtlStr", "BinaryRead.h": "VUtlGen", "BulletinTable.h": "VUtlGen",
-    "Checksum.h": "Filer", "WriteStream.h": "Filer", "DebugConfig.h": "QDDebugUtl",
+    "Checksum.h": "Filer", "WriteStream.h": "Filer", "DebugConfig.h": "QDDebugUtl", "Progress.h": "Progress",
     "ArrayHelpers.h": "VUtlGen", "Color.h": "VUtlGen",
     "FileName.h": "VUtlMisc", "FileSystem.h": "VUtlMisc", "CompressedFile.h": "VUtlMisc",
     "SystemInfo.h": "VSysInfoUtl", "Image.h": "Image",
