@@ -61,6 +61,14 @@ TEST_F(TuvoChecksum, ShowsTheChecksumOfEachFile)
     EXPECT_EQ(run.exitCode, 1);
 }
 
+TEST_F(TuvoChecksum, TellsHowFarItIsWhenAsked)
+{
+    const ChildResult run = Run("--progress F/digits");
+    EXPECT_EQ(run.output, "340bc6d9  F/digits\n");
+    EXPECT_TRUE(run.errors.starts_with("tuvo: 100 %")) << run.errors;
+    EXPECT_EQ(Run("--progress F/empty").errors, "");
+}
+
 TEST_F(TuvoChecksum, ChecksWhatItHasShown)
 {
     for (const char* const kind : {"", "--final "}) {

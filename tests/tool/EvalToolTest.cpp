@@ -88,6 +88,7 @@ TEST(TuvoEval, EvaluatesTheLinesOfAFile)
         EXPECT_EQ(run.errors, errors);
         EXPECT_EQ(run.exitCode, 1);
     }
+    EXPECT_TRUE(Contains(Tuvo("eval --progress --file '" + file + "' a=4").errors, "tuvo: 20 %"));
     const ChildResult many = Tuvo("eval -", std::string(100'000, '\n') + std::string(30, ')') + "\n7");
     EXPECT_EQ(many.output, std::string(100'001, '\n') + "7\n");
 }

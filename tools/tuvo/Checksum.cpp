@@ -2,7 +2,7 @@
 #include "platform/Platform.h"
 #include "tools/tuvo/Command.h"
 #include "tools/tuvo/Console.h"
-#include "tools/tuvo/ProgressLine.h"
+#include "tools/tuvo/WorkProgress.h"
 
 #include <TuvoUtil/Checksum.h>
 #include <TuvoUtil/TrackedFile.h>
@@ -26,6 +26,7 @@ struct Options
     std::vector<std::string> files;
     std::string list;
     bool isFinal = false;
+    bool showsProgress = false;
 };
 
 constexpr char Examples[] =
@@ -84,26 +85,33 @@ void ReadPieces(const std::string& path, Take take)
         FailToRead(path);
 }
 
-unsigned int ChecksumOf(const std::string& path, bool isFinal)
+constexpr double Mebibyte = 1 << 20;
+
+// In bytes; 0 when it is not known.
+double SizeOf(const std::string& path)
+{
+    platform::FileStatus status;
+    const bool isKnown = path != "-" && platform::Status(platform::Widen(path).c_str(), status);
+    return isKnown && status.kind == platform::FileKind::Regular ? static_cast<double>(status.size) : 0.0;
+}
+
+unsigned int ChecksumOf(const std::string& path, const Options& options)
 {
     VChecksum checksum;
-    ProgressLine progress;
-    const bool showsProgress = platform::IsTerminal(2);
-    unsigned long long done = 0;
+    WorkProgress progress("MiB", SizeOf(path) / Mebibyte,
+                          options.showsProgress ? WorkProgress::Always : WorkProgress::OnTerminal);
     ReadPieces(path, [&](const char* bytes, std::size_t size) {
         checksum.Compute(size, bytes);
-        done += size;
-        if (showsProgress && progress.IsDue())
-            progress.Show(std::to_string(done >> 20) + " MiB");
+        progress.Advance(static_cast<double>(size) / Mebibyte);
     });
-    return isFinal ? ~checksum.GetChecksum() : checksum.GetChecksum();
+    return options.isFinal ? ~checksum.GetChecksum() : checksum.GetChecksum();
 }
 
 // Nothing, after a message, when the file cannot be read.
-std::optional<unsigned int> TryChecksumOf(const std::string& path, bool isFinal)
+std::optional<unsigned int> TryChecksumOf(const std::string& path, const Options& options)
 {
     try {
-        return ChecksumOf(path, isFinal);
+        return ChecksumOf(path, options);
     } catch (const Failure& failure) {
         PostError(failure.what());
         return std::nullopt;
@@ -168,7 +176,7 @@ ExitCode Show(const Options& options)
 {
     ExitCode code = Done;
     for (const std::string& path : options.files) {
-        const std::optional<unsigned int> checksum = TryChecksumOf(path, options.isFinal);
+        const std::optional<unsigned int> checksum = TryChecksumOf(path, options);
         if (checksum)
             std::cout << Text(*checksum) + "  " + Printable(path) + '\n';
         else
@@ -182,7 +190,7 @@ ExitCode Check(const Options& options)
     const std::vector<Entry> entries = ReadList(options.list);
     std::size_t good = 0, inverted = 0;
     for (const Entry& entry : entries) {
-        const std::optional<unsigned int> checksum = TryChecksumOf(entry.path, options.isFinal);
+        const std::optional<unsigned int> checksum = TryChecksumOf(entry.path, options);
         const bool isGood = checksum == entry.checksum;
         good += isGood ? 1 : 0;
         inverted += checksum == ~entry.checksum ? 1 : 0;
@@ -220,6 +228,7 @@ Command AddChecksum(CLI::App& tuvo)
         .add_option("--check", options->list, "Compare the files of a list with its checksums; - for standard input")
         ->check(NotEmpty())
         ->type_name("LIST");
+    command.add_flag("--progress", options->showsProgress, "Show how far each file is, on standard error");
     command.footer(Examples);
     return {&command, [options] { return Run(*options); }};
 }

@@ -1,6 +1,7 @@
 #include "tools/tuvo/Console.h"
 
 #include "platform/Platform.h"
+#include "tools/tuvo/ConsoleProgress.h"
 
 #include <basutl/BuLogger.h>
 #include <basutl/BuNumber.h>
@@ -39,6 +40,7 @@ void WriteMessage(const std::string& kind, const wchar_t* text)
     if (message.back() != '\n')
         message += '\n';
     std::cout.flush();
+    ConsoleProgress::HideAny();
     std::cerr.write(message.data(), static_cast<std::streamsize>(message.size()));
 }
 

@@ -4,9 +4,9 @@
 #include "tools/tuvo/Command.h"
 #include "tools/tuvo/Console.h"
 #include "tools/tuvo/Conversion.h"
-#include "tools/tuvo/LineProgress.h"
 #include "tools/tuvo/NumberText.h"
 #include "tools/tuvo/UnitSystems.h"
+#include "tools/tuvo/WorkProgress.h"
 
 #include <TuvoUtil/Units.h>
 
@@ -142,7 +142,7 @@ ExitCode ConvertLines(const Conversion& conversion, const Options& options)
 {
     constexpr char ByteOrderMark[] = "\xEF\xBB\xBF";
     Converter converter(conversion, options);
-    LineProgress progress;
+    WorkProgress progress("lines", 0, WorkProgress::OnFreeTerminal);
     std::string line;
     std::string result;
     long long number = 0;
@@ -155,7 +155,7 @@ ExitCode ConvertLines(const Conversion& conversion, const Options& options)
             converter.Convert(line, options.equation, "line", number, result);
         result += '\n';
         std::cout.write(result.data(), static_cast<std::streamsize>(result.size()));
-        progress.Count();
+        progress.Advance();
     }
     if (std::cin.bad())
         throw Failure("cannot read standard input");

@@ -3,11 +3,12 @@
 #include "tools/tuvo/Command.h"
 #include "tools/tuvo/Console.h"
 #include "tools/tuvo/Expression.h"
-#include "tools/tuvo/LineProgress.h"
 #include "tools/tuvo/NumberText.h"
+#include "tools/tuvo/WorkProgress.h"
 
 #include <TuvoUtil/TrackedFile.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <iostream>
@@ -25,6 +26,7 @@ struct Options
     std::vector<std::string> arguments;  // the expression, unless there is a file, and the variables
     std::string file;
     int digits = DefaultDigits;
+    bool showsProgress = false;
 };
 
 constexpr char Examples[] =
@@ -98,10 +100,12 @@ private:
     long long m_failures = 0;
 };
 
-ExitCode EvaluateLines(std::istream& input, const Variables& variables, int digits)
+// Evaluates `lineCount` lines, 0 when nobody knows how many there are.
+ExitCode EvaluateLines(std::istream& input, const Variables& variables, const Options& options, std::size_t lineCount)
 {
-    LineEvaluator evaluator(variables, digits);
-    LineProgress progress;
+    LineEvaluator evaluator(variables, options.digits);
+    WorkProgress progress("lines", static_cast<double>(lineCount),
+                          options.showsProgress ? WorkProgress::Always : WorkProgress::OnFreeTerminal);
     std::string line;
     while (std::cout) {
         if (input.rdbuf()->in_avail() <= 0)
@@ -109,7 +113,7 @@ ExitCode EvaluateLines(std::istream& input, const Variables& variables, int digi
         if (!std::getline(input, line))
             break;
         std::cout << evaluator.Next(line) << '\n';
-        progress.Count();
+        progress.Advance();
     }
     if (input.bad())
         throw Failure("cannot read standard input");
@@ -158,11 +162,14 @@ ExitCode Run(const Options& options)
         Define(variables, options.arguments[i]);
     const std::string& source = hasFile ? options.file : options.arguments.front();
     if (source == "-")
-        return EvaluateLines(std::cin, variables, options.digits);
+        return EvaluateLines(std::cin, variables, options, 0);
     if (!hasFile)
         return EvaluateOne(source, variables, options.digits);
-    std::istringstream lines(ReadFile(source));
-    return EvaluateLines(lines, variables, options.digits);
+    const std::string text = ReadFile(source);
+    std::istringstream lines(text);
+    const auto lineEnds = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    const std::size_t lineCount = lineEnds + (text.empty() || text.back() == '\n' ? 0 : 1);
+    return EvaluateLines(lines, variables, options, lineCount);
 }
 
 }  // namespace
@@ -182,6 +189,7 @@ Command AddEval(CLI::App& tuvo)
         ->check(CLI::Range(1, 17).description(""))
         ->type_name("N")
         ->capture_default_str();
+    command.add_flag("--progress", options->showsProgress, "Show how far the lines of a file are, on standard error");
     command.footer(Examples);
     return {&command, [options] { return Run(*options); }};
 }
