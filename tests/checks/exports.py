@@ -26,7 +26,7 @@ def exported_symbols(library):
                            table.split("[Ordinal/Name Pointer] Table")[1], re.M)
     else:
         table = run(os.environ.get("NM", "nm"), "-D", "--defined-only", binaries / f"lib{library}.so")
-        names = [line.split()[-1].split("@")[0] for line in table.splitlines()]
+        names = [line.split()[-1].split("@")[0] for line in table.splitlines() if " A " not in line]  # A: the version itself
     names = [name for name in names if not re.match(r"_ZN?K?(St|9__gnu_cxx)", name)]  # standard templates are no exports of ours
     return run("c++filt", input="\n".join(names)).splitlines()
 
