@@ -89,7 +89,9 @@ with tempfile.TemporaryDirectory() as name:
     for package, stem, wanted in (("TuvoUtil", "Main", answer), ("basutl", "Strings", "bolts: 3")):
         flags = shlex.split(run("pkg-config", "--cflags", "--libs", package, **packages))
         program = folder / f"{stem}{ending}"
-        run(cxx, "-std=c++20", *(["-static"] if on_windows else []), source / f"tests/consumer/{stem}.cpp", *flags, "-o", program)
+        if on_windows:  # the compiler's own libraries go into the program
+            flags = ["-static", "-Wl,-Bdynamic", *flags, "-Wl,-Bstatic"]
+        run(cxx, "-std=c++20", source / f"tests/consumer/{stem}.cpp", *flags, "-o", program)
         arguments = [catalogue] if stem == "Main" else []
         expect(run(*emulator, program, *arguments, **running).strip(), wanted, f"{stem} by pkg-config")
 
