@@ -52,7 +52,7 @@ struct Set
 {
     std::string name;  // as it was first written
     SetKind kind = SetKind::Node;
-    std::vector<std::int32_t> ids;  // rising strictly; some may stand for nothing in the model
+    std::vector<std::int32_t> ids;  // of the model, rising strictly
 };
 
 // One constant of a material; `dataType` is the name of its data type in the unit catalogue.
@@ -104,6 +104,13 @@ struct Problems
     void Add(Problem problem);
 };
 
+// A type of element that a deck defines.
+struct UserType
+{
+    std::string name;
+    ElementType type;
+};
+
 struct Model
 {
     Model() = default;
@@ -116,7 +123,7 @@ struct Model
     std::vector<Set> sets;
     std::vector<Material> materials;
     std::vector<Section> sections;
-    std::deque<ElementType> userTypes;  // types that the deck itself defines
+    std::deque<UserType> userTypes;  // which the deck itself defines
     Problems problems;
 
     std::size_t ElementCount() const;
