@@ -14,13 +14,13 @@ constexpr Face TetrahedronFaces[] = {{{0, 2, 1, -1}}, {{0, 1, 3, -1}}, {{1, 2, 3
 constexpr Edge TetrahedronEdges[] = {{{0, 1}}, {{1, 2}}, {{2, 0}}, {{0, 3}}, {{1, 3}}, {{2, 3}}};
 constexpr Shape Tetrahedron = {4, TetrahedronFaces, TetrahedronEdges};
 
-constexpr Face PyramidFaces[] = {
-    {{0, 3, 2, 1}}, {{0, 1, 4, -1}}, {{1, 2, 4, -1}}, {{2, 3, 4, -1}}, {{3, 0, 4, -1}}};
+constexpr Face PyramidFaces[] = {{{0, 3, 2, 1}}, {{0, 1, 4, -1}}, {{1, 2, 4, -1}}, {{2, 3, 4, -1}}, {{3, 0, 4, -1}}};
 constexpr Edge PyramidEdges[] = {{{0, 1}}, {{1, 2}}, {{2, 3}}, {{3, 0}}, {{0, 4}}, {{1, 4}}, {{2, 4}}, {{3, 4}}};
 constexpr Shape Pyramid = {5, PyramidFaces, PyramidEdges};
 
 constexpr Face WedgeFaces[] = {{{0, 2, 1, -1}}, {{3, 4, 5, -1}}, {{0, 1, 4, 3}}, {{1, 2, 5, 4}}, {{2, 0, 3, 5}}};
-constexpr Edge WedgeEdges[] = {{{0, 1}}, {{1, 2}}, {{2, 0}}, {{3, 4}}, {{4, 5}}, {{5, 3}}, {{0, 3}}, {{1, 4}}, {{2, 5}}};
+constexpr Edge WedgeEdges[] = {{{0, 1}}, {{1, 2}}, {{2, 0}}, {{3, 4}}, {{4, 5}},
+                               {{5, 3}}, {{0, 3}}, {{1, 4}}, {{2, 5}}};
 constexpr Shape Wedge = {6, WedgeFaces, WedgeEdges};
 
 constexpr Face HexahedronFaces[] = {{{0, 3, 2, 1}}, {{4, 5, 6, 7}}, {{0, 1, 5, 4}},
@@ -128,41 +128,18 @@ constexpr ElementType KeywordTypes[] = {
 
 // Cards of one name follow one another, fewer nodes first.
 constexpr ElementType BulkTypes[] = {
-    {"CTETRA", 4, Solid, &Tetrahedron},
-    {"CTETRA", 10, Solid, &Tetrahedron},
-    {"CPYRAM", 5, Solid, &Pyramid},
-    {"CPYRAM", 13, Solid, &Pyramid},
-    {"CPENTA", 6, Solid, &Wedge},
-    {"CPENTA", 15, Solid, &Wedge},
-    {"CHEXA", 8, Solid, &Hexahedron},
-    {"CHEXA", 20, Solid, &Hexahedron},
-    {"CTRIA3", 3, Shell, &Triangle},
-    {"CTRIAR", 3, Shell, &Triangle},
-    {"CTRIA6", 6, Shell, &Triangle},
-    {"CQUAD4", 4, Shell, &Quadrangle},
-    {"CQUADR", 4, Shell, &Quadrangle},
-    {"CSHEAR", 4, Shell, &Quadrangle},
-    {"CQUAD8", 8, Shell, &Quadrangle},
-    {"CQUAD", 4, Plane, &Quadrangle},
-    {"CQUAD", 9, Plane, &Quadrangle},
-    {"CTRIAX6", 6, Plane, &SpacedTriangle},
-    {"CROD", 2, Beam, &Line},
-    {"CONROD", 2, Beam, &Line},
-    {"CTUBE", 2, Beam, &Line},
-    {"CBAR", 2, Beam, &Line},
-    {"CBEAM", 2, Beam, &Line},
-    {"CBEND", 2, Beam, &Line},
-    {"CBUSH", 2, Other, &Line},
-    {"CGAP", 2, Other, &Line},
-    {"CVISC", 2, Other, &Line},
-    {"CELAS1", 2, Other, &Line},
-    {"CELAS2", 2, Other, &Line},
-    {"CDAMP1", 2, Other, &Line},
-    {"CDAMP2", 2, Other, &Line},
-    {"CMASS1", 2, Other, &Line},
-    {"CMASS2", 2, Other, &Line},
-    {"CONM1", 1, Other, &Nothing},
-    {"CONM2", 1, Other, &Nothing},
+    {"CTETRA", 4, Solid, &Tetrahedron}, {"CTETRA", 10, Solid, &Tetrahedron}, {"CPYRAM", 5, Solid, &Pyramid},
+    {"CPYRAM", 13, Solid, &Pyramid},    {"CPENTA", 6, Solid, &Wedge},        {"CPENTA", 15, Solid, &Wedge},
+    {"CHEXA", 8, Solid, &Hexahedron},   {"CHEXA", 20, Solid, &Hexahedron},   {"CTRIA3", 3, Shell, &Triangle},
+    {"CTRIAR", 3, Shell, &Triangle},    {"CTRIA6", 6, Shell, &Triangle},     {"CQUAD4", 4, Shell, &Quadrangle},
+    {"CQUADR", 4, Shell, &Quadrangle},  {"CSHEAR", 4, Shell, &Quadrangle},   {"CQUAD8", 8, Shell, &Quadrangle},
+    {"CQUAD", 4, Plane, &Quadrangle},   {"CQUAD", 9, Plane, &Quadrangle},    {"CTRIAX6", 6, Plane, &SpacedTriangle},
+    {"CROD", 2, Beam, &Line},           {"CONROD", 2, Beam, &Line},          {"CTUBE", 2, Beam, &Line},
+    {"CBAR", 2, Beam, &Line},           {"CBEAM", 2, Beam, &Line},           {"CBEND", 2, Beam, &Line},
+    {"CBUSH", 2, Other, &Line},         {"CGAP", 2, Other, &Line},           {"CVISC", 2, Other, &Line},
+    {"CELAS1", 2, Other, &Line},        {"CELAS2", 2, Other, &Line},         {"CDAMP1", 2, Other, &Line},
+    {"CDAMP2", 2, Other, &Line},        {"CMASS1", 2, Other, &Line},         {"CMASS2", 2, Other, &Line},
+    {"CONM1", 1, Other, &Nothing},      {"CONM2", 1, Other, &Nothing},
 };
 
 bool IsEqual(std::string_view left, std::string_view right)

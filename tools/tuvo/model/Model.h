@@ -129,6 +129,9 @@ struct Model
     std::size_t ElementCount() const;
 };
 
+// Whether a model is as it is said to be above: what rises, rises, and what stands for a place, stands for one.
+bool IsValid(const Model& model);
+
 // The position of an id in an array that rises strictly; -1 when it is not there.
 std::ptrdiff_t FindId(const std::vector<std::int32_t>& ids, std::int32_t id);
 
