@@ -1,19 +1,13 @@
 // What the subcommands of tuvo share with the program: how they enter it and how they end.
 #pragma once
 
+#include "tools/tuvo/Failure.h"
+
 #include <CLI/CLI.hpp>
 #include <functional>
-#include <stdexcept>
 #include <string>
 
 namespace tool {
-
-enum ExitCode : int
-{
-    Done = 0,
-    WorkFailed = 1,
-    WrongUsage = 2
-};
 
 // A subcommand as the argument reader knows it, and what it does once its arguments are read.
 struct Command
@@ -37,16 +31,5 @@ inline CLI::Validator NotEmpty()
 {
     return {[](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, ""};
 }
-
-// Ends a subcommand; the program shows the text as an error and exits with the code.
-class Failure : public std::runtime_error
-{
-public:
-    explicit Failure(const std::string& text, ExitCode code = WorkFailed) : std::runtime_error(text), m_code(code) {}
-    ExitCode Code() const noexcept { return m_code; }
-
-private:
-    ExitCode m_code;
-};
 
 }  // namespace tool
