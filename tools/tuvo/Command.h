@@ -24,6 +24,7 @@ Command AddChecksum(CLI::App& tuvo);
 Command AddLeaks(CLI::App& tuvo);
 Command AddBenchView(CLI::App& tuvo);
 Command AddParams(CLI::App& tuvo);
+Command AddModel(CLI::App& tuvo);
 Command AddInfo(CLI::App& tuvo);
 
 // Refuses an empty text, which comes from a variable of a script that has no value.

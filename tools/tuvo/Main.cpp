@@ -25,6 +25,7 @@ constexpr char Closing[] =
     "  tuvo checksum model.bin\n"
     "  tuvo leaks leaks.txt\n"
     "  tuvo bench-view solver.log -o solver.svg\n"
+    "  tuvo model bracket.inp\n"
     "  tuvo info\n"
     "\n"
     "Results go to standard output, messages to standard error. Exit codes: 0 done, 1 the work failed, 2 wrong usage.\n"
@@ -127,8 +128,8 @@ ExitCode ParseAndRun(std::vector<std::string> arguments)
     tuvo.footer(Closing);
     tuvo.require_subcommand(0, 1);  // a second name of a command is an argument like any other
     const std::vector<Command> commands = {
-        AddConvert(tuvo), AddUnits(tuvo),     AddIds(tuvo),    AddEval(tuvo), AddChecksum(tuvo),
-        AddLeaks(tuvo),   AddBenchView(tuvo), AddParams(tuvo), AddInfo(tuvo),
+        AddConvert(tuvo), AddUnits(tuvo),     AddIds(tuvo),    AddEval(tuvo),  AddChecksum(tuvo),
+        AddLeaks(tuvo),   AddBenchView(tuvo), AddParams(tuvo), AddModel(tuvo), AddInfo(tuvo),
     };
     try {
         tuvo.parse(arguments);

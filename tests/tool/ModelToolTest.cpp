@@ -1,0 +1,491 @@
+// tuvo model as its users meet it.
+#include "support/TestFiles.h"
+#include "tool/TuvoProgram.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+class TuvoModel : public testing::Test
+{
+protected:
+    // Runs tuvo on a deck of this name, and shows no folder in what it gives.
+    ChildResult Run(const std::string& deck, const std::string& options = {}, const char* name = "deck.inp")
+    {
+        m_folder.Write(name, deck);
+        return RunOn(name, options);
+    }
+
+    ChildResult RunOn(const char* name, const std::string& options = {})
+    {
+        ChildResult run = Tuvo("model '" + m_folder.NarrowPath(name) + "' " + options);
+        for (std::string* text : {&run.output, &run.errors})
+            for (std::size_t at; (at = text->find(m_folder.NarrowPath())) != text->npos;)
+                text->erase(at, m_folder.NarrowPath().size());
+        return run;
+    }
+
+    TemporaryFolder m_folder;
+};
+
+// A cube of the side 2, of two hexahedra.
+constexpr char CubeNodes[] =
+    "*NODE, NSET=Nall\n"
+    "1, 0., 0., 0.\n2, 1., 0., 0.\n3, 2., 0., 0.\n4, 0., 2., 0.\n5, 1., 2., 0.\n6, 2., 2., 0.\n"
+    "11, 0., 0., 2.\n12, 1., 0., 2.\n13, 2., 0., 2.\n14, 0., 2., 2.\n15, 1., 2., 2.\n16, 2., 2., 2.\n";
+constexpr char CubeElements[] =
+    "*ELEMENT, TYPE=C3D8, ELSET=Eall\n"
+    "1, 1, 2, 5, 4, 11, 12, 15, 14\n2, 2, 3, 6, 5, 12, 13, 16, 15\n";
+constexpr char CubeSteel[] =
+    "*MATERIAL, NAME=Steel\n*ELASTIC\n210000., 0.3\n*DENSITY\n7.85e-9\n*SOLID SECTION, ELSET=Eall, MATERIAL=steel\n";
+
+std::string Cube()
+{
+    return std::string(CubeNodes) + CubeElements + CubeSteel;
+}
+
+constexpr char CubeSummary[] =
+    "Count  Type              Class  Ids\n"
+    "   12  nodes                    1-6,11-16\n"
+    "    2  elements\n"
+    "    2    C3D8 (8 nodes)  solid  1-2\n"
+    "\n"
+    "Set   Kind      Size  Ids\n"
+    "Nall  nodes       12  1-6,11-16\n"
+    "Eall  elements     2  1-2\n"
+    "\n"
+    "Extent  From  To  Size\n"
+    "x          0   2     2\n"
+    "y          0   2     2\n"
+    "z          0   2     2\n"
+    "\n"
+    "Material  Constant  Value\n"
+    "Steel     E         210000\n"
+    "          NU        0.3\n"
+    "          Density   7.85e-09\n"
+    "\n"
+    "Solids of  Elements  Volume      Mass\n"
+    "Steel             2       8  6.28e-08\n";
+
+void Replace(std::string& text, const std::string& from, const std::string& to)
+{
+    for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
+        text.replace(at, from.size(), to);
+}
+
+// ---- CalculiX decks ------------------------------------------------------------------------------------------------
+
+TEST_F(TuvoModel, ShowsWhatADeckHolds)
+{
+    const ChildResult run = Run(Cube());
+    EXPECT_EQ(run.output, CubeSummary);
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(run.exitCode, 0);
+}
+
+// Every way to write the same deck reads the same.
+TEST_F(TuvoModel, ReadsEveryWayToWriteADeck)
+{
+    const auto rewritten = [](std::vector<std::pair<std::string, std::string>> changes) {
+        std::string deck = Cube();
+        for (const auto& [from, to] : changes)
+            Replace(deck, from, to);
+        return deck;
+    };
+    const std::string decks[] = {
+        rewritten({{"\n", "\r\n"}}),
+        rewritten({{", ", "\t,\t"}, {"\n", " \t\n"}}),
+        rewritten(
+            {{"*NODE", "** NODE\n\n  * node"}, {"NSET", "nset"}, {"*ELEMENT, TYPE=C3D8", "*Element,type = c3d8"}}),
+        rewritten({{"*SOLID SECTION", "*SOLIDSECTION"}, {"*MATERIAL, ", "*MATERIAL,\n"}, {"*DENSITY", "* Density  "}}),
+        rewritten({{"2., ", "+2.0D+0, "}, {"7.85e-9", "7.85-9"}, {"0.3", ".03d1"}, {"210000.", "21d4"}}),
+        rewritten({{"1, 1, 2, 5,", "1, 1, 2,\n** between\n5,"}, {"12, 15, 14", "12\n 15\n\n14,"}}),
+        rewritten({{"*ELEMENT", "*NODE PRINT, NSET=Nall\nU\n*STEP\n*CLOAD\n1, 2, 3.\n*END STEP\n*ELEMENT"}}),
+        rewritten({{"Eall", "\"E all\""}, {"\"E all\"\n1", "Eall\n1"}}),
+        "\xEF\xBB\xBF" + Cube(),
+        Cube().substr(0, Cube().size() - 1),
+    };
+    for (const std::string& deck : decks) {
+        const ChildResult run = Run(deck);
+        EXPECT_EQ(run.output, CubeSummary) << deck;
+        EXPECT_EQ(run.errors, "") << deck;
+    }
+}
+
+TEST_F(TuvoModel, TakesTheLastDefinition)
+{
+    const ChildResult run = Run(std::string(CubeNodes) + "*NODE\n16, 2., 2., 3.\n3, 2., 0., 0.\n" + CubeElements +
+                                "*ELEMENT, TYPE=C3D4, ELSET=Eall\n1, 1, 2, 5, 11\n" + CubeSteel);
+    EXPECT_TRUE(Contains(run.output, "   12  nodes")) << run.output;
+    EXPECT_TRUE(Contains(run.output, "z          0   3     3")) << run.output;
+    EXPECT_TRUE(Contains(run.output, "    1    C3D8 (8 nodes)  solid  2\n    1    C3D4 (4 nodes)  solid  1\n"));
+    EXPECT_EQ(run.errors, "tuvo: warning: deck.inp:21: element 1 is defined again; this definition counts\n");
+    EXPECT_EQ(run.exitCode, 0);
+}
+
+TEST_F(TuvoModel, MakesSets)
+{
+    const ChildResult run = Run(Cube() +
+                                "*NSET, NSET=Low\n1, 2,\n3\n4, 5, 6, 1\n"
+                                "*NSET, NSET=Every, GENERATE\n1, 16, 5\n3, 1000000000, 10\n"
+                                "*NSET, NSET=Both\nlow, EVERY, both\n 14, \n"
+                                "*NSET, NSET=Low\n13\n"
+                                "*ELSET, ELSET=First\n1\n*ELSET, ELSET=All\nFirst, 2\n"
+                                "*NSET, NSET=Odd\n1, 77, 78, 16\n");
+    const char* const lines[] = {"Low    nodes        7  1-6,13\n",
+                                 "Every  nodes        6  1,3,6,11,13,16\n",
+                                 "Both   nodes       10  1-6,11,13-14,16\n",
+                                 "First  elements     1  1\n",
+                                 "All    elements     2  1-2\n",
+                                 "Odd    nodes        2  1,16\n"};
+    for (const char* const line : lines)
+        EXPECT_TRUE(Contains(run.output, line)) << line << run.output;
+    EXPECT_EQ(run.errors,
+              "tuvo: warning: deck.inp:39: the set \"Odd\" names 2 nodes not defined: node 77 and others\n");
+
+    EXPECT_TRUE(Contains(RunOn("deck.inp", "--set '?O*'").output,
+                         "\nSet   Kind   Size  Ids\nLow   nodes     7  1-6,13\nBoth  nodes"));
+    const ChildResult none = RunOn("deck.inp", "--set Louw");
+    EXPECT_TRUE(Contains(none.errors, "there is no set \"Louw\"; did you mean \"Low\"?")) << none.errors;
+    EXPECT_EQ(none.exitCode, 1);
+}
+
+TEST_F(TuvoModel, FollowsIncludes)
+{
+    platform::CreateOneDirectory(m_folder.Path("mesh").c_str());
+    m_folder.Write("mesh/nodes.inc", std::string(CubeNodes).substr(17));
+    m_folder.Write("mesh/all.inc", "*include, input=nodes.inc\n*INCLUDE, INPUT=\"elements.inc\"\n");
+    m_folder.Write("elements.inc", CubeElements);
+    const ChildResult run = Run(std::string("*NODE, NSET=Nall\n*INCLUDE, INPUT=mesh/all.inc\n") + CubeSteel);
+    EXPECT_EQ(run.output, CubeSummary);
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(TuvoModel, ReadsConstantsOfEveryKind)
+{
+    const ChildResult run =
+        Run("*MATERIAL, NAME=Wood\n*ELASTIC, TYPE=ENGINEERING CONSTANTS\n11e3, 800., 500., .3, .4, .5, 700., "
+            "600.,\n50., 20.\n"
+            "*EXPANSION, TYPE=ORTHO, ZERO=20\n1e-6, 2e-6, 3e-6\n*CONDUCTIVITY\n0.2, 20.\n0.3, 100.\n*SPECIFIC "
+            "HEAT\n1.7e9\n",
+            "--from mm,ton,sec");
+    EXPECT_TRUE(Contains(run.output,
+                         "Wood      E1             11000 MPa\n          E2             800 MPa\n"
+                         "          E3             500 MPa\n          NU12           0.3\n"
+                         "          NU13           0.4\n          NU23           0.5\n"
+                         "          G12            700 MPa\n          G13            600 MPa\n"
+                         "          G23            50 MPa\n          Expansion 11   1e-06 1/K\n"
+                         "          Expansion 22   2e-06 1/K\n          Expansion 33   3e-06 1/K\n"
+                         "          Conductivity   0.2 mW/mm/K\n          Specific heat  1.7e+09 mJ/ton/K\n"))
+        << run.output;
+    EXPECT_EQ(run.errors, "");
+}
+
+// ---- NASTRAN decks -------------------------------------------------------------------------------------------------
+
+constexpr char BulkSummary[] =
+    "Count  Type                Class  Ids\n"
+    "    8  nodes                      1-8\n"
+    "    2  elements\n"
+    "    1    CHEXA (8 nodes)   solid  1\n"
+    "    1    CTETRA (4 nodes)  solid  2\n"
+    "\n"
+    "Set    Kind      Size  Ids\n"
+    "PID 7  elements     2  1-2\n"
+    "\n"
+    "Extent  From   To  Size\n"
+    "x          0    1     1\n"
+    "y          0    2     2\n"
+    "z          0  1.5   1.5\n"
+    "\n"
+    "Material  Constant  Value\n"
+    "MID 3     E         70000\n"
+    "          NU        0.33\n"
+    "          Density   2.7e-09\n"
+    "\n"
+    "Solids of  Elements  Volume      Mass\n"
+    "MID 3             2     3.5  9.45e-09\n";
+
+constexpr char SmallFields[] =
+    "SOL 101\nCEND\nSUBCASE 1\n   LOAD = 1\nBEGIN BULK\n$ comment\n"
+    "GRID    1               0.0     0.0     0.0\n"
+    "GRID    2               1.      0.0     0.0\n"
+    "GRID    3               1.      2.+0    0.0\n"
+    "GRID    4               0.0     2.0     0.0\n"
+    "GRID    5               0.0     0.0     15.-1\n"
+    "GRID    6               1.0     0.0     1.5D0\n"
+    "GRID    7               1.0     2.0     1.5E+0\n"
+    "GRID    8                       2.0     1.5\n"
+    "CHEXA   1       7       1       2       3       4       5       6       +A\n"
+    "+A      7       8\n"
+    "CTETRA  2       7       1       2       4       5\n"
+    "PSOLID  7       3\n"
+    "MAT1    3       70000.          .33     2.7-9\n"
+    "FORCE   1       2       0       1.      1.      0.      0.\n"
+    "ENDDATA\nGRID    9               9.      9.      9.\n";
+
+constexpr char LargeFields[] =
+    "BEGIN BULK\n"
+    "GRID*   1                                             0.              0.*\n"
+    "*                     0.\n"
+    "GRID*,2,,1.,0.,*A\n*A,0.\n"
+    "grid,3,,1.,2.,0.\n"
+    "GRID\t4\t\t0.0\t2.0\t0.0\n"
+    "GRID,5,0,,,1.5\n"
+    "GRID,6,,1.0,,1.5 $ behind\n"
+    "GRID, 7, , 1.0, 2.0, 1.5\n"
+    "GRID,8,,0.,2.,1.5,,,,\n"
+    "CHEXA,1,7,1,2,3,4,5,6\n,7,8\n"
+    "CTETRA  2       7       1       2       4       5\n"
+    "        \n"
+    "PSOLID,7,3\n"
+    "MAT1*   3               70000.                          .33\n"
+    "*       2.7E-9\n";
+
+TEST_F(TuvoModel, ReadsEveryFormOfBulkData)
+{
+    for (const char* const deck : {SmallFields, LargeFields}) {
+        const ChildResult run = Run(deck, {}, "deck.bdf");
+        EXPECT_EQ(run.output, BulkSummary) << deck;
+        EXPECT_EQ(run.errors, "");
+        EXPECT_EQ(run.exitCode, 0);
+    }
+}
+
+// The same point in coordinate systems of all kinds, which stand in one another.
+TEST_F(TuvoModel, BringsGridPointsIntoOneSystem)
+{
+    const std::string systems =
+        "CORD2R,1,0,10.,0.,0.,10.,0.,1.,\n,11.,0.,0.\n"  // moved by 10 along x
+        "CORD2C,2,1,0.,0.,0.,0.,0.,1.,\n,1.,0.,0.\n"     // cylindrical, in that
+        "CORD2S,3,1,0.,0.,0.,0.,0.,1.,\n,1.,0.,0.\n"     // spherical, in that
+        "CORD2R,4,0,10.,0.,0.,11.,0.,0.,\n,10.,0.,1.\n"  // z' = x, x' = z, y' = -y
+        "GRID,101,,10.,0.,0.\nGRID,102,1,0.,0.,1.\nGRID,103,2,1.,0.,0.\nCORD1R,5,101,102,103\n";
+    const std::string points[] = {"GRID,1,0,10.,3.,4.\n",         "GRID,1,1,0.,3.,4.\n",
+                                  "GRID,1,2,3.,90.,4.\n",         "GRID,1,3,5.,36.86989764584402,90.\n",
+                                  "GRID,1,4,4.,-3.,0.\n",         "GRID,1,5,0.,3.,4.\n",
+                                  "GRDSET,,1\nGRID,1,,0.,3.,4.\n"};
+    for (const std::string& point : points) {
+        const ChildResult run = Run(systems + point, {}, "deck.nas");
+        EXPECT_TRUE(Contains(run.output, "\ny          0   3     3\nz          0   4     4\n")) << point << run.output;
+        EXPECT_EQ(run.errors, "") << point;
+    }
+    EXPECT_EQ(
+        Run("GRID,1,8,1.,2.,3.\nCORD2R,8,8\n", {}, "deck.nas").errors,
+        "tuvo: error: deck.nas: the coordinate system 8 has no place: what it is given by is missing, lies on one "
+        "line, depends on it or on too many others\n");
+    EXPECT_EQ(Run("GRID,1,8,1.,2.,3.\n", {}, "deck.nas").errors,
+              "tuvo: error: deck.nas: the coordinate system 8 is not defined\n");
+}
+
+TEST_F(TuvoModel, KnowsTheElementsOfBulkData)
+{
+    const ChildResult run =
+        Run("GRID,1\nGRID,2,,1.\nGRID,3,,1.,1.\nGRID,4,,0.,1.\n"
+            "CQUAD4,1,1,1,2,3,4,30.\nCTRIA3,2,,1,2,3\nCBAR,3,2,1,2,0.,1.,0.\nCONROD,4,1,2,9\nCELAS2,5,1000.,1,1\n"
+            "CONM2,6,3,0,5.\nCHEXA,7,1,1,2,3,4,1,2,\n,3,4,1\nCBUSH,8,1,1\nCQUAD8,9,1,1,2,3,4\n",
+            {}, "deck.dat");
+    for (const char* const row :
+         {"CQUAD4 (4 nodes)  shell  1", "CTRIA3 (3 nodes)  shell  2", "CBAR (2 nodes)    beam   3",
+          "CONROD (2 nodes)  beam   4", "CELAS2 (2 nodes)  other  5", "CONM2 (1 node)    other  6",
+          "CHEXA (20 nodes)  solid  7", "CBUSH (2 nodes)   other  8", "CQUAD8 (8 nodes)  shell  9",
+          "PID 1  elements     4  1,7-9", "PID 2  elements     2  2-3"})
+        EXPECT_TRUE(Contains(run.output, row)) << row << '\n' << run.output;
+    EXPECT_EQ(run.errors, "");
+}
+
+// ---- Volume and mass -----------------------------------------------------------------------------------------------
+
+// Shapes between (0, 0, 0) and (1, 2, 3), each alone: its volume is a part of 6.
+TEST_F(TuvoModel, MeasuresEachShape)
+{
+    const std::string nodes =
+        "*NODE\n1,0,0,0\n2,1,0,0\n3,1,2,0\n4,0,2,0\n5,0,0,3\n6,1,0,3\n7,1,2,3\n8,0,2,3\n9,1000001,1,0\n";
+    const struct
+    {
+        const char* type;
+        const char* element;
+        const char* volume;
+    } rows[] = {
+        {"C3D8", "1,2,3,4,5,6,7,8", "6"}, {"C3D4", "1,2,4,5", "1"},
+        {"C3D6", "1,2,4,5,6,8", "3"},     {"C3D10", "1,2,4,5,1,1,1,1,1,1", "1"},
+        {"C3D8", "5,6,7,8,1,2,3,4", "6"}, {"C3D8", "1,2,3,4,5,6,7,7", "4.5"},  // a corner drawn to its neighbour
+    };
+    for (const auto& [type, element, volume] : rows) {
+        const ChildResult run = Run(nodes + "*ELEMENT,TYPE=" + type + "\n1," + element + "\n");
+        const std::string row = "no material         1  " + std::string(6 - std::string(volume).size(), ' ') + volume;
+        EXPECT_TRUE(Contains(run.output, row)) << type << ' ' << element << run.output;
+        EXPECT_EQ(Contains(run.output, "1 solid element inside out"), element[0] == '5') << run.output;
+    }
+    std::string pyramid = "GRID,1\nGRID,2,,1.\nGRID,3,,1.,2.\nGRID,4,,0.,2.\nGRID,5,,0.,0.,3.\nCPYRAM,1,1,1,2,3,4,5\n";
+    EXPECT_TRUE(Contains(Run(pyramid, {}, "deck.nas").output, "no material         1       2")) << "a third of 6";
+}
+
+TEST_F(TuvoModel, GivesTheMassOfEachMaterial)
+{
+    const ChildResult run =
+        Run(std::string(CubeNodes) + CubeElements + "*ELSET,ELSET=One\n1\n*ELSET,ELSET=Two\n2\n" +
+                "*MATERIAL,NAME=A\n*DENSITY\n2.\n*MATERIAL,NAME=B\n*MATERIAL,NAME=Unused\n*DENSITY\n9.\n"
+                "*SOLID SECTION,ELSET=Eall,MATERIAL=A\n*SOLID SECTION,ELSET=Two,MATERIAL=B\n",
+            "--from m,kg,sec");
+    EXPECT_TRUE(Contains(run.output,
+                         "Solids of  Elements  Volume        Mass\n"
+                         "A                 1   4 m^3        8 kg\n"
+                         "B                 1   4 m^3  no density\n"
+                         "all               2   8 m^3  no density\n"))
+        << run.output;
+}
+
+// ---- Units ---------------------------------------------------------------------------------------------------------
+
+TEST_F(TuvoModel, ConvertsEverything)
+{
+    const std::string deck = Cube() + "*MATERIAL,NAME=Steel\n*EXPANSION\n1.2e-5\n";
+    EXPECT_TRUE(Contains(Run(deck, "--from mm,ton,sec").output, "Steel             2  8 mm^3  6.28e-08 ton\n"));
+    const ChildResult run = RunOn("deck.inp", "--from mm,ton,sec --to m,kg,sec,fahrenheit");
+    EXPECT_TRUE(Contains(run.output, "x        0 m  0.002 m  0.002 m\n")) << run.output;
+    EXPECT_TRUE(Contains(run.output, "Steel     E          2.1e+11 Pa\n")) << run.output;
+    EXPECT_TRUE(Contains(run.output, "          Density    7850 kg/m^3\n")) << run.output;
+    EXPECT_TRUE(Contains(run.output, "Expansion  6.66666666666667e-06 1/degF\n")) << run.output;
+    EXPECT_TRUE(Contains(run.output, "Steel             2  8e-09 m^3  6.28e-05 kg\n")) << run.output;
+    EXPECT_EQ(RunOn("deck.inp", "--to m,kg,sec").exitCode, 2);
+}
+
+TEST_F(TuvoModel, GuessesTheUnits)
+{
+    const struct
+    {
+        const char* constants;
+        const char* system;
+        const char* reason;
+    } rows[] = {
+        {"*ELASTIC\n2.1e11,.3\n*DENSITY\n7800.\n", "m, kg, s, K (N, Pa)", "like steel: E 2.1e+11 Pa, Density 7.8e+03"},
+        {"*ELASTIC\n70000.,.3\n*DENSITY\n2.7e-9\n", "mm, ton, s, K (N, MPa)", "like aluminium: E 7e+10 Pa"},
+        {"*ELASTIC\n70.,.3\n*DENSITY\n2.7e-6\n", "mm, kg, ms, K (kN, GPa)", "like aluminium: E 7e+10 Pa"},
+        {"*ELASTIC\n30e6,.3\n*DENSITY\n7.3e-4\n", "in, slinch, s, degR (lbf, psi)", "like steel"},
+        {"*DENSITY\n1.2e-9\n*SPECIFIC HEAT\n4.18e9\n*CONDUCTIVITY\n0.6\n", "mm, ton, s, K (N, MPa)", "like water"},
+    };
+    for (const auto& [constants, system, reason] : rows) {
+        const ChildResult run = Run(std::string("*MATERIAL, NAME=M\n") + constants, "--guess");
+        EXPECT_TRUE(Contains(run.output, std::string("\nUnit system: ") + system)) << constants << run.output;
+        EXPECT_TRUE(Contains(run.output, reason)) << constants << run.output;
+    }
+    const ChildResult none = Run("*MATERIAL, NAME=M\n", "--guess");
+    EXPECT_TRUE(Contains(none.errors, "the unit system cannot be guessed")) << none.errors;
+    EXPECT_EQ(none.exitCode, 1);
+}
+
+// ---- Bad input -----------------------------------------------------------------------------------------------------
+
+// Each error is told with its line, the exit code is 1, and all else is read.
+TEST_F(TuvoModel, TellsWhatIsWrong)
+{
+    const struct
+    {
+        const char* lines;  // behind a cube of 25 lines
+        const char* message;
+    } rows[] = {
+        {"*NODE\n3000000000, 1.", "27: \"3000000000\" is above 2147483647, the largest id"},
+        {"*NODE\n-4, 1.", "27: node -4: an id is at least 1"},
+        {"*NODE\n, 1.", "27: there is no id"},
+        {"*NODE\n90, 1., 2.x", "27: \"2.x\" is no number"},
+        {"*NODE\n90, nan", "27: \"nan\" is no number"},
+        {"*NODE\n90, 1e999", "27: \"1e999\" is no number"},
+        {"*ELEMENT, TYPE=C3D9\n9, 1", "26: there is no element type \"C3D9\""},
+        {"*ELEMENT\n9, 1", "26: *ELEMENT names no TYPE"},
+        {"*ELEMENT, TYPE=C3D4\n9, 1, 2, x, 4", "27: \"x\" is no id"},
+        {"*ELEMENT, TYPE=C3D4\n9, 1, 2\n4", "27: element 9 (C3D4) has 3 of 4 nodes"},
+        {"*ELEMENT, TYPE=C3D4\n8,1,2,4,11\n9,1,2,3,99", "28: element 9 (C3D4) has the node 99, which is not defined"},
+        {"*ELEMENT, TYPE=C3D4\n9, 1, 2, , 4", "27: element 9 (C3D4) has no node 3"},
+        {"*NSET, NSET=A\nB", "27: the set \"A\" names the set \"B\", which is not defined"},
+        {"*NSET, GENERATE\n1, 2", "26: *NSET names no NSET"},
+        {"*NSET, NSET=A, GENERATE\n5, 1", "27: from 5 to 1 in steps of 1 there is nothing"},
+        {"*MATERIAL", "26: *MATERIAL has no NAME"},
+        {"*MATERIAL, NAME=X\n*ELASTIC\n1.", "27: the material has 1 of 2 constants"},
+        {"*MATERIAL, NAME=X\n*ELASTIC, TYPE=ODD\n1.", "27: *ELASTIC has the unknown TYPE \"ODD\""},
+        {"*SOLID SECTION, ELSET=E, MATERIAL=Steel", "26: there is no element set \"E\""},
+        {"*SOLID SECTION, ELSET=Eall, MATERIAL=S", "26: there is no material \"S\""},
+        {"*INCLUDE", "26: *INCLUDE names no INPUT"},
+        {"*INCLUDE, INPUT=deck.inp", "26: \"deck.inp\" includes itself"},
+        {"*USER ELEMENT, TYPE=U1", "26: *USER ELEMENT needs a TYPE, and from 1 to 1000 NODES"},
+    };
+    for (const auto& [lines, message] : rows) {
+        const ChildResult run = Run(Cube() + "** 23\n** 24\n** 25\n" + lines + "\n*NSET, NSET=Last\n1\n");
+        EXPECT_EQ(run.errors, std::string("tuvo: error: deck.inp:") + message + '\n') << lines;
+        EXPECT_TRUE(Contains(run.output, "Last  nodes        1  1\n")) << lines << run.output;
+        EXPECT_EQ(run.exitCode, 1) << lines;
+    }
+    EXPECT_EQ(Run(Cube() + "*INCLUDE, INPUT=missing.inc\n").errors.find("tuvo: error: deck.inp:23: cannot read "), 0U);
+    EXPECT_EQ(Run("GRID,1,,x\nGRID,2,,1.\n", {}, "deck.nas").errors,
+              "tuvo: error: deck.nas:1: GRID: \"x\" is no number\n");
+}
+
+TEST_F(TuvoModel, RefusesWhatIsNoDeck)
+{
+    EXPECT_TRUE(Contains(RunOn("missing.inp").errors, "cannot read missing.inp: "));
+    EXPECT_TRUE(Contains(RunOn("").errors, "cannot read "));
+    EXPECT_EQ(Run("").errors, "tuvo: error: deck.inp is no deck: no line of it is one of CalculiX or NASTRAN\n");
+    EXPECT_EQ(Run("Dear all,\nno deck here\n").exitCode, 1);
+    EXPECT_EQ(Run(std::string("\x7f"
+                              "ELF\0\0\1*NODE\n",
+                              13))
+                  .errors,
+              "tuvo: error: deck.inp:1: there is a zero byte: this is no text\n");
+    EXPECT_EQ(Run(Cube() + std::string("*NSET,NSET=A\n1\n\0\n*NSET,NSET=B\n1\n", 31)).errors,
+              "tuvo: error: deck.inp:25: there is a zero byte: this is no text\n");
+}
+
+TEST_F(TuvoModel, PassesOverALineThatNeverEnds)
+{
+    const ChildResult run = Run(std::string(5'000'000, '1') + '\n' + Cube());
+    EXPECT_EQ(run.errors, "tuvo: error: deck.inp:1: the line is longer than 1048576 bytes\n");
+    EXPECT_EQ(run.output, CubeSummary);
+}
+
+// However little is left of a deck: every message tells its line, and nothing else happens.
+TEST_F(TuvoModel, ReadsATruncatedDeck)
+{
+    const std::string deck = Cube();
+    for (std::size_t size = 7; size < deck.size(); size += 41) {
+        const ChildResult run = Run(deck.substr(0, size));
+        EXPECT_TRUE(run.exitCode == 0 || run.exitCode == 1) << size;
+        EXPECT_TRUE(run.errors.empty() || Contains(run.errors, "deck.inp")) << size << run.errors;
+        EXPECT_EQ(run.exitCode == 1, Contains(run.errors, "error: ")) << size << run.errors;
+    }
+}
+
+TEST_F(TuvoModel, ShowsNoControlCharactersOfADeck)
+{
+    const ChildResult run =
+        Run("*HEADING\nR\xC3\xB6hre \xFF \x1b[31m\n" + Cube() + "*NSET, NSET=a\x1b]0;x\n1\nb\x07\n");
+    EXPECT_EQ(run.output.rfind("R\xC3\xB6hre \xFF ?[31m\n\n", 0), 0U) << run.output;
+    EXPECT_FALSE(Contains(run.output + run.errors, "\x1b") || Contains(run.errors, "\x07"));
+}
+
+TEST_F(TuvoModel, UnpacksDecks)
+{
+    if (OnWindows())
+        GTEST_SKIP() << "there is no gzip";
+    for (const auto& [program, ending] : {std::pair(L"gzip", ".gz"), std::pair(L"bzip2", ".bz2")}) {
+        const std::string name = "tuvo_deck_" + std::to_string(platform::ProcessId()) + ".inp";
+        const std::wstring path = m_folder.Write(name.c_str(), Cube());
+        ASSERT_EQ(platform::RunProgram({program, L"-f", path}), 0);
+        for (const std::string& named : {name, name + ending}) {
+            const ChildResult run = RunOn(named.c_str());
+            EXPECT_EQ(run.output, CubeSummary) << named;
+            EXPECT_EQ(run.errors, "");
+        }
+        EXPECT_NE(platform::Access((L"/tmp/" + platform::Widen(name)).c_str(), 0), 0)
+            << "what was unpacked is still there";
+        platform::RemoveOneFile(m_folder.Path((name + ending).c_str()).c_str());
+    }
+    m_folder.Write("tuvo_no_deck.inp.gz", "nothing that gzip packed");
+    EXPECT_TRUE(Contains(RunOn("tuvo_no_deck.inp").errors, "tuvo: error: cannot unpack tuvo_no_deck.inp.gz; is it"));
+}
+
+}  // namespace

@@ -1,0 +1,192 @@
+#include "tools/tuvo/model/Summary.h"
+
+#include "tools/tuvo/Console.h"
+#include "tools/tuvo/Failure.h"
+#include "tools/tuvo/NumberText.h"
+#include "tools/tuvo/Suggest.h"
+#include "tools/tuvo/Table.h"
+#include "tools/tuvo/model/IdText.h"
+#include "tools/tuvo/model/Measure.h"
+
+#include <TuvoUtil/StringMatch.h>
+
+#include <algorithm>
+#include <numeric>
+#include <ostream>
+
+namespace tool {
+namespace {
+
+constexpr std::size_t MostIdItems = 8;
+constexpr int MeasureDigits = 10;
+
+std::string Count(std::uint64_t count)
+{
+    return std::to_string(count);
+}
+
+std::string Quantity(double value, const std::string& unit, int digits)
+{
+    return NumberText(value, digits) + (unit.empty() ? "" : ' ' + unit);
+}
+
+std::vector<std::int32_t> Rising(std::vector<std::int32_t> ids)
+{
+    if (!std::is_sorted(ids.begin(), ids.end()))
+        std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+void WriteCounts(std::ostream& out, const Model& model)
+{
+    Table table({{"Count", Table::Right}, {"Type"}, {"Class"}, {"Ids"}});
+    table.AddRow({Count(model.nodes.Count()), "nodes", "", CompactIds(model.nodes.ids, MostIdItems)});
+    table.AddRow({Count(model.ElementCount()), "elements"});
+    for (const ElementBlock& block : model.blocks) {
+        const std::string nodes = " (" + Plural(static_cast<std::uint64_t>(block.type->nodeCount), "node") + ')';
+        table.AddRow({Count(block.Count()), "  " + Printable(block.type->name) + nodes,
+                      std::string(ClassName(block.type->elementClass)), CompactIds(Rising(block.ids), MostIdItems)});
+    }
+    out << table.Text();
+}
+
+void WriteSets(std::ostream& out, const Model& model, const std::vector<std::size_t>& sets)
+{
+    if (sets.empty())
+        return;
+    Table table({{"Set"}, {"Kind"}, {"Size", Table::Right}, {"Ids"}});
+    for (const std::size_t position : sets) {
+        const Set& set = model.sets[position];
+        table.AddRow({Printable(set.name), set.kind == SetKind::Node ? "nodes" : "elements", Count(set.ids.size()),
+                      CompactIds(set.ids, MostIdItems)});
+    }
+    out << '\n' << table.Text();
+}
+
+void WriteExtent(std::ostream& out, const Model& model, const ModelUnits& units)
+{
+    const std::optional<Extent> extent = BoundingBox(model.nodes);
+    if (!extent)
+        return;
+    const std::string unit = units.Label("Coordinate");
+    Table table({{"Extent"}, {"From", Table::Right}, {"To", Table::Right}, {"Size", Table::Right}});
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        table.AddRow({std::string(1, "xyz"[axis]), Quantity(extent->low[axis], unit, MeasureDigits),
+                      Quantity(extent->high[axis], unit, MeasureDigits),
+                      Quantity(extent->high[axis] - extent->low[axis], unit, MeasureDigits)});
+    out << '\n' << table.Text();
+}
+
+void WriteMaterials(std::ostream& out, const Model& model, const ModelUnits& units)
+{
+    if (model.materials.empty())
+        return;
+    Table table({{"Material"}, {"Constant"}, {"Value"}});
+    for (const Material& material : model.materials) {
+        std::string name = Printable(material.name);
+        if (material.values.empty())
+            table.AddRow({name, "none"});
+        for (const MaterialValue& value : material.values) {
+            table.AddRow(
+                {name, std::string(value.label), Quantity(value.value, units.Label(value.dataType), DefaultDigits)});
+            name.clear();
+        }
+    }
+    out << '\n' << table.Text();
+}
+
+void WriteSolids(std::ostream& out, const Model& model, const ModelUnits& units)
+{
+    const SolidMeasures measures = MeasureSolids(model);
+    if (measures.materials.empty())
+        return;
+    Table table({{"Solids of"}, {"Elements", Table::Right}, {"Volume", Table::Right}, {"Mass", Table::Right}});
+    const std::string volumeUnit = units.Label("Volume");
+    const std::string massUnit = units.Label("Mass");
+    MaterialMeasure total;
+    total.mass = 0.0;
+    const auto addRow = [&](const std::string& name, const MaterialMeasure& measure) {
+        table.AddRow({name, Count(measure.elements), Quantity(measure.volume, volumeUnit, MeasureDigits),
+                      measure.mass ? Quantity(*measure.mass, massUnit, MeasureDigits) : "no density"});
+    };
+    for (const MaterialMeasure& measure : measures.materials) {
+        addRow(measure.material ? Printable(model.materials[*measure.material].name) : "no material", measure);
+        total.elements += measure.elements;
+        total.volume += measure.volume;
+        if (measure.mass && total.mass)
+            *total.mass += *measure.mass;
+        else
+            total.mass.reset();
+    }
+    if (measures.materials.size() > 1)
+        addRow("all", total);
+    out << '\n' << table.Text();
+    if (measures.insideOut > 0)
+        out << Plural(measures.insideOut, "solid element") << " inside out\n";
+    if (measures.incomplete > 0)
+        out << Plural(measures.incomplete, "solid element") << " without all corners, of no volume here\n";
+}
+
+std::string SystemName(const CatalogueFile& catalogue, int id)
+{
+    const UnitSystem* const system = FindSystem(catalogue, id);
+    return system->displayName.empty() ? system->name : system->displayName;
+}
+
+}  // namespace
+
+void WriteSummary(std::ostream& out, const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units)
+{
+    if (!model.title.empty())
+        out << Emphasised(Printable(model.title)) << "\n\n";
+    WriteCounts(out, model);
+    WriteSets(out, model, sets);
+    WriteExtent(out, model, units);
+    WriteMaterials(out, model, units);
+    WriteSolids(out, model, units);
+}
+
+void WriteGuesses(std::ostream& out, const std::vector<UnitGuess>& guesses, const CatalogueFile& catalogue)
+{
+    constexpr std::size_t MostShown = 3;
+    constexpr double PoorFit = 0.7;  // twice or half of the real constants, as a mean
+    if (guesses.empty())
+        throw Failure("the unit system cannot be guessed: no material has a modulus, a density or a thermal constant");
+    for (std::size_t i = 0; i < std::min(guesses.size(), MostShown); ++i) {
+        const UnitGuess& guess = guesses[i];
+        const bool isPoor = guess.distance > PoorFit;
+        if (isPoor && i > 0)
+            break;
+        out << '\n'
+            << (isPoor   ? "No unit system fits well; the nearest: "
+                : i == 0 ? "Unit system: "
+                         : "Less likely: ");
+        const char* divide = "";
+        for (const int system : guess.systems) {
+            out << divide << SystemName(catalogue, system);
+            divide = " or ";
+        }
+        out << '\n';
+        for (const std::string& reason : guess.reasons)
+            out << "  " << reason << '\n';
+    }
+}
+
+std::vector<std::size_t> SelectSets(const Model& model, const std::string& pattern)
+{
+    std::vector<std::size_t> sets(model.sets.size());
+    std::iota(sets.begin(), sets.end(), std::size_t{0});
+    if (pattern.empty())
+        return sets;
+    std::string copy = pattern;
+    std::erase_if(
+        sets, [&](std::size_t set) { return UtlStrMatchString(copy.data(), model.sets[set].name.c_str(), 1) == 0; });
+    if (!sets.empty())
+        return sets;
+    std::vector<std::string> names;
+    for (const Set& set : model.sets)
+        names.push_back(set.name);
+    throw Failure("there is no set " + Quoted(pattern) + DidYouMean(pattern, names));
+}
+
+}  // namespace tool

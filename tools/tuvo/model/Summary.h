@@ -1,0 +1,23 @@
+// What tuvo model prints.
+#pragma once
+
+#include "tools/tuvo/model/Model.h"
+#include "tools/tuvo/model/ModelUnits.h"
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace tool {
+
+// Counts by type, sets, extent, materials, volume and mass. `sets` are the positions of those that are shown.
+void WriteSummary(std::ostream& out, const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units);
+
+// The unit systems that suit the materials best, with the reasons.
+void WriteGuesses(std::ostream& out, const std::vector<UnitGuess>& guesses, const CatalogueFile& catalogue);
+
+// The positions of the sets whose names match a pattern with '*' and '?', in any case; all for an empty one. Throws
+// Failure when none does.
+std::vector<std::size_t> SelectSets(const Model& model, const std::string& pattern);
+
+}  // namespace tool
