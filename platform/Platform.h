@@ -120,6 +120,10 @@ bool CreateOneDirectory(const wchar_t* directory) noexcept;
 // False when anything failed; nothing half-written stays behind.
 bool CopyOneFile(const wchar_t* source, const wchar_t* destination) noexcept;
 
+// Gives a file another path on the same file system; a regular file, or a link, that stands there is replaced in one
+// step. False when anything failed, among that a directory or a device at the new path; both are then as they were.
+bool MoveOneFile(const wchar_t* source, const wchar_t* destination) noexcept;
+
 // Removes one file, or one empty directory; a link is removed, not what it leads to. True also when nothing stood
 // there, false when it is still there. Windows keeps a file that is read-only.
 bool RemoveOneFile(const wchar_t* path) noexcept;

@@ -91,6 +91,23 @@ bool platform::IsLink(const wchar_t* path) noexcept
     });
 }
 
+bool platform::MoveOneFile(const wchar_t* source, const wchar_t* destination) noexcept
+{
+    return Guarded(false, [&] {
+        const std::string from = NativePath(source);
+        const std::string to = NativePath(destination);
+        struct stat moved = {}, replaced = {};
+        if (lstat(from.c_str(), &moved) != 0)
+            return false;
+        const bool isThere = lstat(to.c_str(), &replaced) == 0;
+        if (S_ISDIR(moved.st_mode) || (isThere && !S_ISREG(replaced.st_mode) && !S_ISLNK(replaced.st_mode))) {
+            errno = EEXIST;
+            return false;
+        }
+        return std::rename(from.c_str(), to.c_str()) == 0;
+    });
+}
+
 bool platform::RemoveOneFile(const wchar_t* path) noexcept
 {
     return Guarded(false, [&] {

@@ -139,6 +139,18 @@ bool platform::IsLink(const wchar_t* path) noexcept
     return Guarded(false, [&] { return IsLinkItself(NativePath(path)); });
 }
 
+bool platform::MoveOneFile(const wchar_t* source, const wchar_t* destination) noexcept
+{
+    return Guarded(false, [&] {
+        const std::wstring from = NativePath(source);
+        if (HasAttributes(from, FILE_ATTRIBUTE_DIRECTORY)) {
+            SetLastError(ERROR_NOT_SUPPORTED);
+            return false;
+        }
+        return MoveFileExW(from.c_str(), NativePath(destination).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+    });
+}
+
 bool platform::RemoveOneFile(const wchar_t* path) noexcept
 {
     return Guarded(false, [&] {

@@ -49,6 +49,7 @@ TEST_F(ExhaustedMemory, FileCallsGiveTheirFailureValue)
     ExpectFailures([&] { return !platform::IsLink(m_file.c_str()); });
     ExpectFailures([&] { return platform::CreateOneDirectory(m_folder.Path().c_str()); });
     ExpectFailures([&] { return platform::CopyOneFile(m_file.c_str(), m_other.c_str()); });
+    ExpectFailures([&] { return platform::MoveOneFile(m_other.c_str(), m_file.c_str()); });
     ExpectFailures([&] { return platform::RemoveOneFile(m_other.c_str()); });
     std::vector<std::wstring> names;
     ExpectFailures([&] {

@@ -187,6 +187,24 @@ TEST_F(Files, ACopyReplacesTheWholeFile)
     }
 }
 
+TEST_F(Files, AMovedFileTakesThePlaceOfAnother)
+{
+    const std::wstring source = m_folder.Write("source", "new");
+    const std::wstring target = m_folder.Write("target", "old");
+    const std::wstring folder = Folder("folder");
+    EXPECT_FALSE(platform::MoveOneFile(source.c_str(), folder.c_str()));
+    EXPECT_FALSE(platform::MoveOneFile(folder.c_str(), target.c_str()));
+    EXPECT_FALSE(platform::MoveOneFile(m_folder.Path("missing").c_str(), target.c_str()));
+    EXPECT_FALSE(platform::MoveOneFile(source.c_str(), m_folder.Path("missing/target").c_str()));
+    EXPECT_FALSE(platform::MoveOneFile(source.c_str(), nullptr));
+    EXPECT_EQ(ReadBinaryFile(target), "old");
+    EXPECT_TRUE(platform::MoveOneFile(source.c_str(), target.c_str()));
+    EXPECT_EQ(List(m_folder.Path()), (Names{L"folder", L"target"}));
+    EXPECT_EQ(ReadBinaryFile(target), "new");
+    EXPECT_TRUE(platform::MoveOneFile(target.c_str(), m_folder.Path("other").c_str()));
+    EXPECT_EQ(List(m_folder.Path()), (Names{L"folder", L"other"}));
+}
+
 TEST_F(Files, AFailedCopyLeavesNothingBehind)
 {
     const std::wstring source = m_folder.Write("source", "text");
