@@ -2,6 +2,7 @@
 #include "tools/tuvo/BenchIcicle.h"
 #include "tools/tuvo/BenchLog.h"
 #include "tools/tuvo/Command.h"
+#include "tools/tuvo/OutputFile.h"
 #include "tools/tuvo/TextFile.h"
 
 #include <iostream>
@@ -32,10 +33,13 @@ ExitCode Run(const Options& options)
     if (entries.empty())
         throw Failure("there is no benchmark history in " + SourceName(options.log));
     const std::string picture = DrawBenchIcicle(entries, "Benchmark history of " + SourceName(options.log));
-    if (options.output == "-")
+    if (options.output == "-") {
         std::cout << picture;
-    else
-        WriteText(options.output, picture);
+        return Done;
+    }
+    OutputFile file(options.output);
+    file.Append(picture);
+    file.Keep();
     return Done;
 }
 

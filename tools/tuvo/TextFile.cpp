@@ -13,11 +13,10 @@
 namespace tool {
 namespace {
 
-[[noreturn]] void Fail(const char* action, const std::string& path)
+[[noreturn]] void FailToRead(const std::string& path)
 {
     const int code = platform::LastNativeError();
-    throw Failure(std::string("cannot ") + action + ' ' + path + ": " +
-                  platform::Narrow(platform::NativeErrorText(code)));
+    throw Failure("cannot read " + path + ": " + platform::Narrow(platform::NativeErrorText(code)));
 }
 
 std::string ReadInput()
@@ -44,13 +43,13 @@ std::optional<std::string> ReadTextIfExists(const std::string& path)
     if (file == nullptr && errno == ENOENT)
         return std::nullopt;
     if (file == nullptr)
-        Fail("read", path);
+        FailToRead(path);
     std::string text;
     std::array<char, 65536> piece;
     while (const std::size_t size = std::fread(piece.data(), 1, piece.size(), file.get()))
         text.append(piece.data(), size);
     if (std::ferror(file.get()) != 0)
-        Fail("read", path);
+        FailToRead(path);
     return text;
 }
 
@@ -58,21 +57,13 @@ std::string ReadText(const std::string& path)
 {
     std::optional<std::string> text = ReadTextIfExists(path);
     if (!text)
-        Fail("read", path);
+        FailToRead(path);
     return *std::move(text);
 }
 
 std::string SourceName(const std::string& path)
 {
     return path == "-" ? "standard input" : path;
-}
-
-void WriteText(const std::string& path, const std::string& text)
-{
-    Stream file(platform::OpenFile(platform::Widen(path).c_str(), L"wb"));
-    if (file == nullptr || std::fwrite(text.data(), 1, text.size(), file.get()) != text.size() ||
-        std::fclose(file.release()) != 0)
-        Fail("write", path);
 }
 
 }  // namespace tool

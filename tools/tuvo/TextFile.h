@@ -15,7 +15,4 @@ std::optional<std::string> ReadTextIfExists(const std::string& path);
 // What a path is called in messages.
 std::string SourceName(const std::string& path);
 
-// Writes a file anew. Throws Failure when it cannot be written to its end.
-void WriteText(const std::string& path, const std::string& text);
-
 }  // namespace tool
