@@ -36,6 +36,8 @@ struct UnitSystem
     std::string displayName;
     int id = 0;
     std::array<int, 4> units{};  // ids of base units in the order length, mass, time, heat; -1 for none
+
+    const std::string& Title() const { return displayName.empty() ? name : displayName; }
 };
 
 struct DisplayUnit

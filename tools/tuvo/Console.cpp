@@ -34,15 +34,22 @@ std::string Styled(Stream stream, const char* style, const std::string& text)
     return ShowsColours(stream) ? "\x1b[" + std::string(style) + "m" + text + "\x1b[0m" : text;
 }
 
-void WriteMessage(const std::string& kind, const wchar_t* text)
+void WriteLine(const std::string& beginning, const wchar_t* text)
 {
-    std::string message = "tuvo: " + kind + platform::Narrow(text != nullptr ? text : L"");
-    if (message.back() != '\n')
+    std::string message = beginning + platform::Narrow(text != nullptr ? text : L"");
+    if (!message.ends_with('\n'))
         message += '\n';
     std::cout.flush();
     ConsoleProgress::HideAny();
     std::cerr.write(message.data(), static_cast<std::streamsize>(message.size()));
 }
+
+void WriteMessage(const std::string& kind, const wchar_t* text)
+{
+    WriteLine("tuvo: " + kind, text);
+}
+
+int g_shownLevel = -1;
 
 std::string KindText(_TuvoMessageType type)
 {
@@ -58,6 +65,8 @@ std::string KindText(_TuvoMessageType type)
 
 void WriteLogEntry(int level, const wchar_t* text, void*)
 {
+    if (level == g_shownLevel)
+        return WriteLine({}, text);
     const int lowest = LogLevel();
     if (lowest >= 0 && level >= lowest)
         WriteMessage("log " + std::to_string(level) + ": ", text);
@@ -91,6 +100,11 @@ ConsoleScope::~ConsoleScope()
 {
     BuLogger::GetInstance().SetSink(nullptr, nullptr);
     TuvoEnvUpdater::SetUpdater(nullptr);
+}
+
+void ShowLogEntries(int level)
+{
+    g_shownLevel = level;
 }
 
 void PostError(const std::string& text)

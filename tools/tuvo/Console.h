@@ -31,6 +31,22 @@ private:
     ConsoleUpdater m_updater;
 };
 
+// No message of the library is shown while one lives.
+class SilenceScope
+{
+public:
+    SilenceScope() { TuvoEnvUpdater::SetUpdater(nullptr); }
+    ~SilenceScope() { TuvoEnvUpdater::SetUpdater(m_updater); }
+    SilenceScope(const SilenceScope&) = delete;
+    SilenceScope& operator=(const SilenceScope&) = delete;
+
+private:
+    TuvoEnvUpdater* m_updater = TuvoEnvUpdater::GetUpdater();
+};
+
+// From now on the log entries of this level are shown, as they are, whatever BU_LOG_LEVEL says.
+void ShowLogEntries(int level);
+
 void PostError(const std::string& text);
 void PostWarning(const std::string& text);
 

@@ -53,7 +53,7 @@ std::string Table::Text() const
     const auto line = [&](auto cell) {
         std::string text;
         for (std::size_t i = 0; i < widths.size(); ++i)
-            text += (i > 0 ? "  " : "") + Padded(cell(i), widths[i], m_columns[i].alignment);
+            text += (i > 0 ? "  " : "") + Padded(Printable(cell(i)), widths[i], m_columns[i].alignment);
         return WithoutTrailingBlanks(text);
     };
     std::string text;

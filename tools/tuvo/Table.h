@@ -28,8 +28,11 @@ public:
 
     void AddRow(std::vector<std::string> cells);  // missing cells are empty; surplus ones are an error of the caller
 
+    const std::vector<Column>& Columns() const { return m_columns; }
+    const std::vector<std::vector<std::string>>& Rows() const { return m_rows; }  // each has a cell for every column
+
     // All rows below their titles, two blanks between columns and none at the end of a line; without titles when all of
-    // them are empty.
+    // them are empty. "?" stands for each control character.
     std::string Text() const;
 
 private:

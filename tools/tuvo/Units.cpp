@@ -126,8 +126,7 @@ void PrintType(const CatalogueFile& catalogue, const DataType& type)
     Table units({{"id", Table::Right}, {"system"}, {"unit"}});
     for (const UnitSystem& system : catalogue.systems)
         if (HasUnits(catalogue, system))
-            units.AddRow({std::to_string(system.id), system.displayName.empty() ? system.name : system.displayName,
-                          UnitLabel(catalogue, type, system.id)});
+            units.AddRow({std::to_string(system.id), system.Title(), UnitLabel(catalogue, type, system.id)});
     std::cout << units.Text();
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/Platform.h"
 #include "tools/tuvo/Failure.h"
+#include "tools/tuvo/Interruption.h"
 
 #include <TuvoUtil/CompressedFile.h>
 #include <TuvoUtil/Memory.h>
@@ -130,6 +131,7 @@ DeckFile OpenPath(const std::string& path)
         const std::size_t read = std::fread(to, 1, room, open->stream.get());
         if (read < room && std::ferror(open->stream.get()) != 0)
             throw Failure("cannot read " + shown + ": " + Reason());
+        ThrowIfInterrupted();
         return read;
     };
     return file;

@@ -5,15 +5,23 @@
 #include "tools/tuvo/NumberText.h"
 #include "tools/tuvo/UnitSystems.h"
 #include "tools/tuvo/model/ModelFile.h"
+#include "tools/tuvo/model/ModelOutputs.h"
 #include "tools/tuvo/model/ModelUnits.h"
+#include "tools/tuvo/model/SelfCheck.h"
 #include "tools/tuvo/model/Summary.h"
 
+#include <TuvoUtil/Benchmark.h>
+
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <optional>
 
 namespace tool {
 namespace {
+
+using tuvo::benchmark::BENCH_LEVEL_1;
+using tuvo::benchmark::Benchmark;
 
 struct Options
 {
@@ -23,6 +31,8 @@ struct Options
     std::string to;
     std::string set;
     bool guess = false;
+    OutputOptions outputs;
+    bool bench = false;
 };
 
 constexpr char Examples[] =
@@ -31,6 +41,8 @@ constexpr char Examples[] =
     "  tuvo model bracket.inp.gz --from mm,ton,sec --to m,kg,sec\n"
     "  tuvo model bracket.inp --set \"LOAD*\"\n"
     "  tuvo model wing.bdf --guess\n"
+    "  tuvo model bracket.inp --html bracket.html --colour-sets\n"
+    "  tuvo model bracket.inp --write bracket.bin --report bracket.txt\n"
     "\n"
     "DECK is a deck of CalculiX or a bulk deck of NASTRAN, also packed by gzip or bzip2. What is wrong in it is told\n"
     "with file and line, the rest is read; the exit code is then 1.";
@@ -67,21 +79,67 @@ ModelUnits FindUnits(Model& model, const Options& options, const CatalogueFile& 
     return {catalogue, to};
 }
 
-ExitCode Run(const Options& options)
+Model Read(const std::string& deck)
 {
-    CheckOptions(options);
-    std::optional<CatalogueFile> catalogue;
-    if (!options.from.empty() || options.guess)
-        catalogue = LoadCatalogue(options.catalogue);
-    Model model = ReadModel(options.deck);
+    const Benchmark section(L"read the deck", BENCH_LEVEL_1);
+    return ReadModel(deck);
+}
+
+CatalogueFile Load(const std::string& catalogue)
+{
+    const Benchmark section(L"load the unit catalogue", BENCH_LEVEL_1);
+    return LoadCatalogue(catalogue);
+}
+
+std::vector<SummaryTable> Measure(const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units)
+{
+    const Benchmark section(L"measure the model", BENCH_LEVEL_1);
+    return Summarise(model, sets, units);
+}
+
+ExitCode Show(const Options& options, const std::optional<CatalogueFile>& catalogue)
+{
+    ModelOutputs outputs(options.outputs, options.deck);
+    Model model = Read(options.deck);
     PostProblems(model.problems);
     const std::vector<std::size_t> sets = SelectSets(model, options.set);
     const std::vector<UnitGuess> guesses = options.guess ? GuessUnits(model, *catalogue) : std::vector<UnitGuess>();
     const ModelUnits units = catalogue ? FindUnits(model, options, *catalogue) : ModelUnits();
-    WriteSummary(std::cout, model, sets, units);
+    const std::vector<SummaryTable> tables = Measure(model, sets, units);
+    WriteSummary(std::cout, model, tables);
     if (options.guess)
         WriteGuesses(std::cout, guesses, *catalogue);
+    outputs.Write(model, sets, tables, units);
     return model.problems.errors > 0 ? WorkFailed : Done;
+}
+
+// Asks the library once for all that will be asked, so that what it keeps of the catalogue for good is there before the
+// leak check starts.
+void Rehearse(const Options& options, const CatalogueFile& catalogue)
+{
+    Model sample;
+    sample.materials.push_back({"", {{"E", "Young's Modulus", 1.0}, {"Density", "Density", 1.0}}});
+    GuessUnits(sample, catalogue);
+    FindUnits(sample, options, catalogue).Label("Density");
+}
+
+ExitCode Run(const Options& options)
+{
+    CheckOptions(options);
+    if (options.bench)
+        MeasureTimes();
+    const Benchmark section(L"tuvo model", BENCH_LEVEL_1);
+    std::optional<CatalogueFile> catalogue;
+    if (!options.from.empty() || options.guess)
+        catalogue = Load(options.catalogue);
+    if (options.outputs.leaks.empty())
+        return Show(options, catalogue);
+    OutputFile report(options.outputs.leaks);
+    if (catalogue)
+        Rehearse(options, *catalogue);
+    LeakCheck check;
+    const ExitCode code = Show(options, catalogue);
+    return std::max(code, check.Report(report));
 }
 
 }  // namespace
@@ -101,6 +159,8 @@ Command AddModel(CLI::App& tuvo)
         ->check(NotEmpty())
         ->type_name("PATTERN");
     command.add_flag("--guess", options->guess, "Propose the unit system from the materials");
+    command.add_flag("--bench", options->bench, "Show how long each part of the work took");
+    AddOutputOptions(command, options->outputs);
     AddCatalogueOption(command, options->catalogue);
     command.footer(Examples);
     return {&command, [options] { return Run(*options); }};

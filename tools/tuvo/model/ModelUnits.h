@@ -18,6 +18,7 @@ public:
     ModelUnits(const CatalogueFile& catalogue, int unitSystem) : m_catalogue(&catalogue), m_unitSystem(unitSystem) {}
 
     bool AreKnown() const { return m_catalogue != nullptr; }
+    const UnitSystem* System() const { return AreKnown() ? FindSystem(*m_catalogue, m_unitSystem) : nullptr; }
 
     // The unit of a data type, given by its name in the catalogue; empty when it has none.
     std::string Label(std::string_view dataType) const;

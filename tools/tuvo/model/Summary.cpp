@@ -12,7 +12,9 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 #include <ostream>
+#include <utility>
 
 namespace tool {
 namespace {
@@ -37,53 +39,53 @@ std::vector<std::int32_t> Rising(std::vector<std::int32_t> ids)
     return ids;
 }
 
-void WriteCounts(std::ostream& out, const Model& model)
+SummaryTable CountElements(const Model& model)
 {
     Table table({{"Count", Table::Right}, {"Type"}, {"Class"}, {"Ids"}});
     table.AddRow({Count(model.nodes.Count()), "nodes", "", CompactIds(model.nodes.ids, MostIdItems)});
     table.AddRow({Count(model.ElementCount()), "elements"});
     for (const ElementBlock& block : model.blocks) {
         const std::string nodes = " (" + Plural(static_cast<std::uint64_t>(block.type->nodeCount), "node") + ')';
-        table.AddRow({Count(block.Count()), "  " + Printable(block.type->name) + nodes,
+        table.AddRow({Count(block.Count()), "  " + std::string(block.type->name) + nodes,
                       std::string(ClassName(block.type->elementClass)), CompactIds(Rising(block.ids), MostIdItems)});
     }
-    out << table.Text();
+    return {"Contents", std::move(table), {}};
 }
 
-void WriteSets(std::ostream& out, const Model& model, const std::vector<std::size_t>& sets)
+std::optional<SummaryTable> ListSets(const Model& model, const std::vector<std::size_t>& sets)
 {
     if (sets.empty())
-        return;
+        return std::nullopt;
     Table table({{"Set"}, {"Kind"}, {"Size", Table::Right}, {"Ids"}});
     for (const std::size_t position : sets) {
         const Set& set = model.sets[position];
-        table.AddRow({Printable(set.name), set.kind == SetKind::Node ? "nodes" : "elements", Count(set.ids.size()),
+        table.AddRow({set.name, set.kind == SetKind::Node ? "nodes" : "elements", Count(set.ids.size()),
                       CompactIds(set.ids, MostIdItems)});
     }
-    out << '\n' << table.Text();
+    return SummaryTable{"Sets", std::move(table), {}};
 }
 
-void WriteExtent(std::ostream& out, const Model& model, const ModelUnits& units)
+std::optional<SummaryTable> MeasureExtent(const Model& model, const ModelUnits& units)
 {
     const std::optional<Extent> extent = BoundingBox(model.nodes);
     if (!extent)
-        return;
+        return std::nullopt;
     const std::string unit = units.Label("Coordinate");
     Table table({{"Extent"}, {"From", Table::Right}, {"To", Table::Right}, {"Size", Table::Right}});
     for (std::size_t axis = 0; axis < 3; ++axis)
         table.AddRow({std::string(1, "xyz"[axis]), Quantity(extent->low[axis], unit, MeasureDigits),
                       Quantity(extent->high[axis], unit, MeasureDigits),
                       Quantity(extent->high[axis] - extent->low[axis], unit, MeasureDigits)});
-    out << '\n' << table.Text();
+    return SummaryTable{"Extent", std::move(table), {}};
 }
 
-void WriteMaterials(std::ostream& out, const Model& model, const ModelUnits& units)
+std::optional<SummaryTable> ListMaterials(const Model& model, const ModelUnits& units)
 {
     if (model.materials.empty())
-        return;
+        return std::nullopt;
     Table table({{"Material"}, {"Constant"}, {"Value"}});
     for (const Material& material : model.materials) {
-        std::string name = Printable(material.name);
+        std::string name = material.name;
         if (material.values.empty())
             table.AddRow({name, "none"});
         for (const MaterialValue& value : material.values) {
@@ -92,14 +94,14 @@ void WriteMaterials(std::ostream& out, const Model& model, const ModelUnits& uni
             name.clear();
         }
     }
-    out << '\n' << table.Text();
+    return SummaryTable{"Materials", std::move(table), {}};
 }
 
-void WriteSolids(std::ostream& out, const Model& model, const ModelUnits& units)
+std::optional<SummaryTable> WeighSolids(const Model& model, const ModelUnits& units)
 {
     const SolidMeasures measures = MeasureSolids(model);
     if (measures.materials.empty())
-        return;
+        return std::nullopt;
     Table table({{"Solids of"}, {"Elements", Table::Right}, {"Volume", Table::Right}, {"Mass", Table::Right}});
     const std::string volumeUnit = units.Label("Volume");
     const std::string massUnit = units.Label("Mass");
@@ -110,7 +112,7 @@ void WriteSolids(std::ostream& out, const Model& model, const ModelUnits& units)
                       measure.mass ? Quantity(*measure.mass, massUnit, MeasureDigits) : "no density"});
     };
     for (const MaterialMeasure& measure : measures.materials) {
-        addRow(measure.material ? Printable(model.materials[*measure.material].name) : "no material", measure);
+        addRow(measure.material ? model.materials[*measure.material].name : "no material", measure);
         total.elements += measure.elements;
         total.volume += measure.volume;
         if (measure.mass && total.mass)
@@ -120,30 +122,38 @@ void WriteSolids(std::ostream& out, const Model& model, const ModelUnits& units)
     }
     if (measures.materials.size() > 1)
         addRow("all", total);
-    out << '\n' << table.Text();
+    SummaryTable summary = {"Volume and mass", std::move(table), {}};
     if (measures.insideOut > 0)
-        out << Plural(measures.insideOut, "solid element") << " inside out\n";
+        summary.notes.push_back(Plural(measures.insideOut, "solid element") + " inside out");
     if (measures.incomplete > 0)
-        out << Plural(measures.incomplete, "solid element") << " without all corners, of no volume here\n";
-}
-
-std::string SystemName(const CatalogueFile& catalogue, int id)
-{
-    const UnitSystem* const system = FindSystem(catalogue, id);
-    return system->displayName.empty() ? system->name : system->displayName;
+        summary.notes.push_back(Plural(measures.incomplete, "solid element") +
+                                " without all corners, of no volume here");
+    return summary;
 }
 
 }  // namespace
 
-void WriteSummary(std::ostream& out, const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units)
+std::vector<SummaryTable> Summarise(const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units)
+{
+    std::vector<SummaryTable> tables = {CountElements(model)};
+    for (const std::optional<SummaryTable>& table :
+         {ListSets(model, sets), MeasureExtent(model, units), ListMaterials(model, units), WeighSolids(model, units)})
+        if (table)
+            tables.push_back(*table);
+    return tables;
+}
+
+void WriteSummary(std::ostream& out, const Model& model, const std::vector<SummaryTable>& tables)
 {
     if (!model.title.empty())
         out << Emphasised(Printable(model.title)) << "\n\n";
-    WriteCounts(out, model);
-    WriteSets(out, model, sets);
-    WriteExtent(out, model, units);
-    WriteMaterials(out, model, units);
-    WriteSolids(out, model, units);
+    const char* divide = "";
+    for (const SummaryTable& summary : tables) {
+        out << divide << summary.table.Text();
+        for (const std::string& note : summary.notes)
+            out << note << '\n';
+        divide = "\n";
+    }
 }
 
 void WriteGuesses(std::ostream& out, const std::vector<UnitGuess>& guesses, const CatalogueFile& catalogue)
@@ -163,7 +173,7 @@ void WriteGuesses(std::ostream& out, const std::vector<UnitGuess>& guesses, cons
                          : "Less likely: ");
         const char* divide = "";
         for (const int system : guess.systems) {
-            out << divide << SystemName(catalogue, system);
+            out << divide << FindSystem(catalogue, system)->Title();
             divide = " or ";
         }
         out << '\n';

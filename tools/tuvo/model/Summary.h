@@ -1,6 +1,7 @@
 // What tuvo model prints.
 #pragma once
 
+#include "tools/tuvo/Table.h"
 #include "tools/tuvo/model/Model.h"
 #include "tools/tuvo/model/ModelUnits.h"
 
@@ -10,8 +11,20 @@
 
 namespace tool {
 
-// Counts by type, sets, extent, materials, volume and mass. `sets` are the positions of those that are shown.
-void WriteSummary(std::ostream& out, const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units);
+// One of the tables: what it is of, and what does not fit into its rows.
+struct SummaryTable
+{
+    std::string title;
+    Table table;
+    std::vector<std::string> notes;
+};
+
+// Counts by type, sets, extent, materials, volume and mass. `sets` are the positions of those that are shown. Names are
+// as the deck has them.
+std::vector<SummaryTable> Summarise(const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units);
+
+// The title of the model and its tables.
+void WriteSummary(std::ostream& out, const Model& model, const std::vector<SummaryTable>& tables);
 
 // The unit systems that suit the materials best, with the reasons.
 void WriteGuesses(std::ostream& out, const std::vector<UnitGuess>& guesses, const CatalogueFile& catalogue);
