@@ -1,13 +1,19 @@
 #!/bin/sh
-# A tour of tuvo for those who see it for the first time:  sh tools/demo.sh PATH-OF-TUVO
+# A tour of tuvo for those who see it for the first time:  sh tools/demo.sh PATH-OF-TUVO FOLDER-OF-RESULTS
 set -eu
 PATH=$(CDPATH= cd "$(dirname "$1")" && pwd):$PATH
+mkdir -p "$2"
+OUT=$(CDPATH= cd "$2" && pwd)
 cd "$(dirname "$0")/.."
 
 printf '\ntuvo at work\n============\n\ntuvo is %s. Each line that begins with "$" is a command; its output follows.\n' "$1"
 
-# Lines that begin with "$ " are run, all others are shown. A command may fail: some show what happens then.
+# Lines that begin with "$ " are run, all others are shown. A command may fail: some show what happens then. OUT stands for
+# the folder of results.
 while IFS= read -r line; do
+    case $line in
+    *OUT*) line=$(printf '%s' "$line" | sed "s|OUT|$OUT|g") ;;
+    esac
     printf '%s\n' "$line"
     case $line in
     '$ '*) eval "${line#??}" </dev/null 2>&1 || true ;;
@@ -77,6 +83,29 @@ Where the time of an analysis went; bench-view makes an SVG picture of it:
 
 $ cat data/solver.log
 $ tuvo bench-view data/solver.log | head -n 4
+
+A finite-element model: a bracket of a few thousand elements, written by a script as a deck of CalculiX. tuvo reads it, and
+writes a page with a picture for the browser, a report table for spreadsheets and a binary file with a checksum:
+
+$ python3 tools/bracket.py > "OUT/bracket.inp"
+$ tuvo model "OUT/bracket.inp" --guess
+$ tuvo model "OUT/bracket.inp" --from mm,ton,sec --to in,lbf,sec --set "*ED" --bench --leaks "OUT/leaks.txt"
+$ tuvo model "OUT/bracket.inp" --from mm,ton,sec --html "OUT/bracket.html" --colour-sets --report "OUT/bracket.txt" --write "OUT/bracket.bin" > "OUT/bracket.log"
+$ tuvo checksum "OUT/bracket.bin"
+
+A deck that others have made, from the tests of CalculiX, packed as it is:
+
+$ tuvo model /usr/share/doc/calculix-ccx-test/examples/test/segmenttet.inp.gz --html "OUT/segment.html" --report "OUT/segment.txt"
+
+Open these in a browser:
+
+  OUT/bracket.html
+  OUT/segment.html
+
+and these are their tables:
+
+  OUT/bracket.txt
+  OUT/segment.txt
 
 What to try next:
 

@@ -1,6 +1,6 @@
 """Every console block of the guides that runs tuvo or an example shows what it writes, and the tour of tuvo runs through.
 
-A line "$ COMMAND" is run by the shell in a folder with the sources' data and docs; what follows, up to the next command or
+A line "$ COMMAND" is run by the shell in a folder with the sources' data, docs and tools; what follows, up to the next command or
 the end of the block, is its output and its messages. "..." stands for any text in a line, alone in a line for any lines.
 """
 
@@ -19,7 +19,7 @@ examples = [path for path in (binaries / "bin").glob("example_*") if path.suffix
 def commands(guide):
     for block in re.findall(r"^```console\n(.*?)^```$", guide.read_text(encoding="utf-8"), re.M | re.S):
         for command, output in re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", block, re.M):
-            if re.search(r"\b(tuvo|example_\w+|cat)\b", command):
+            if re.search(r"\b(tuvo|example_\w+|cat|head)\b", command):
                 yield command, output
 
 
@@ -36,7 +36,7 @@ def matches(output, expected):
 
 
 with tempfile.TemporaryDirectory() as folder:
-    for name in ("data", "docs"):
+    for name in ("data", "docs", "tools"):
         os.symlink(source / name, pathlib.Path(folder) / name)
     for path in [program, *examples]:
         wrapper = pathlib.Path(folder) / path.stem
@@ -59,8 +59,9 @@ with tempfile.TemporaryDirectory() as folder:
                 print(f"{guide.name}: $ {command}\n{output}")
                 failures += 1
 
-    tour = subprocess.run(["sh", source / "tools/demo.sh", wrapper], env=settings, text=True, stdout=subprocess.PIPE)
-    if tour.returncode != 0 or "(see tuvo" in tour.stdout or "What to try next" not in tour.stdout:
+    tour = subprocess.run(["sh", source / "tools/demo.sh", wrapper, pathlib.Path(folder) / "results"], env=settings, text=True, stdout=subprocess.PIPE)
+    page = pathlib.Path(folder) / "results/bracket.html"
+    if tour.returncode != 0 or "(see tuvo" in tour.stdout or "What to try next" not in tour.stdout or not page.exists():
         print(f"tools/demo.sh: exit code {tour.returncode}, it wrote:\n{tour.stdout}")
         failures += 1
 
