@@ -103,6 +103,7 @@ protected:
                                        BuObjectArrayTempl<BuString>& names, BuArrayTempl<float>& times,
                                        BuArrayTempl<unsigned long long>& counts);
 
+    // The level and the threshold, in seconds, of the session, and the item above all outermost sections.
     static _Level m_iSessionBenchLevel;
     static float m_rSessionThresholdSec;
     static BuTreeItemTempl<Chrono*, BuCRTAllocator> m_tiRoot;

@@ -52,8 +52,9 @@ public:
     UtlModule(const UtlModule&) = delete;
     UtlModule& operator=(const UtlModule&) = delete;
 
+    // The name, and the file that was read last; that is empty when the module was made by code.
     const BuString& GetName() const noexcept { return m_name; }
-    const BuString& GetFile() const noexcept { return m_file; }  // read last; empty when it was made by code
+    const BuString& GetFile() const noexcept { return m_file; }
 
 private:
     friend struct debugconfig::Module;
@@ -179,6 +180,7 @@ public:
     static int SetUserDir(const BuString& directory);
     static int SetBinDir(const BuString& directory);
 
+    // The text and the numbers of a parameter, as UtlParamInfo gives them.
     static int GetCustomConfigInfo(const BuString* module, const BuString& name, int* intValue, double* realValue,
                                    BuString* textValue);
 
@@ -188,6 +190,7 @@ public:
     // Replaces the array by the names of all modules.
     static int GetModuleNames(BuTemplateArray<BuString>& names);
 
+    // Each calls the function of UtlParamInfo with its name, with the parameters of the process.
     static int GetModuleInfo(const BuString& module, BuTemplateArray<BuString>& names,
                              BuTemplateArray<BuString>& values);
     static int IsModuleInitialized();

@@ -12,6 +12,7 @@
 #include <TuvoUtil/Export.h>
 #include <basutl/BuString.h>
 
+// What VEnvCopyFileOrFolder does with the source.
 enum _TuvoMoveOrCopyMode : int
 {
     TUVO_COPY_FILES = 0,  // as is every value but the next

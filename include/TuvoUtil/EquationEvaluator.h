@@ -98,7 +98,8 @@ protected:
     double ParseFactors(const char*& cursor);
     double ParseAtom(const char*& cursor);
 
-    VEQN_EVAL_ERROR m_error = VEQN_EVAL_NO_ERROR;
+    // The state of a run, and what the variables come from.
+    VEQN_EVAL_ERROR m_error = VEQN_EVAL_NO_ERROR;  // the code
     const char* m_errorPosition = nullptr;
     int m_depth = 0;              // parentheses that are open
     char m_lastCharacter = '\0';  // the last one read, blanks included

@@ -10,5 +10,6 @@
 #define TUVOUTIL_API __declspec(dllimport)
 #endif
 #else
+// Stands in front of each declaration of the library's interface.
 #define TUVOUTIL_API __attribute__((visibility("default")))
 #endif

@@ -124,6 +124,7 @@ private:
 // stays off and "Memory allocation Error <malloc>: Null returned" and a line end appear on standard error.
 TUVOUTIL_API void InitVxHeap();
 
+// Whether the block heap is on.
 TUVOUTIL_API bool IsVxHeapEnabled();
 
 // Allocate, resize and release memory. With the heap on, 1 to 128 bytes come from the smallest class (8, 16, 32, 40,

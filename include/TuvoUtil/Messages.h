@@ -18,6 +18,7 @@
 #include <basutl/BuErrObj.h>
 #include <basutl/BuString.h>
 
+// What a message is to the user.
 enum _TuvoMessageType : int
 {
     TUVO_MESSAGE_ERROR = 0,
@@ -43,8 +44,8 @@ struct _ProcessOptions
 {
     const char* workingDirectory = nullptr;  // null: that of the host
     const char* outputFile = nullptr;        // receives standard output and standard error; null: those of the host
-    bool showWindow = false;
-    bool waitForEnd = false;
+    bool showWindow = false;                 // whether the process gets a window
+    bool waitForEnd = false;                 // whether the call returns when the process has ended
 };
 
 // ---- The updater ---------------------------------------------------------------------------------------------------
@@ -53,6 +54,7 @@ struct _ProcessOptions
 class TUVOUTIL_API TuvoEnvUpdater
 {
 public:
+    // There is nothing to copy but what a host adds.
     TuvoEnvUpdater(const TuvoEnvUpdater&) = default;
     TuvoEnvUpdater& operator=(const TuvoEnvUpdater&) = default;
     virtual ~TuvoEnvUpdater();
@@ -89,12 +91,14 @@ private:
 class ITuvoConsoleMsgHandler
 {
 public:
+    // There is nothing to copy or move but what a host adds.
     ITuvoConsoleMsgHandler() = default;
     ITuvoConsoleMsgHandler(const ITuvoConsoleMsgHandler&) = default;
     ITuvoConsoleMsgHandler(ITuvoConsoleMsgHandler&&) = default;
     ITuvoConsoleMsgHandler& operator=(const ITuvoConsoleMsgHandler&) = default;
     ITuvoConsoleMsgHandler& operator=(ITuvoConsoleMsgHandler&&) = default;
 
+    // Takes a text, which lives for the call only.
     virtual void WriteMessage(_TuvoMessageType type, const wchar_t* text) = 0;
 
 protected:

@@ -1,15 +1,18 @@
 // The plain records that several families share.
 #pragma once
 
-// Coordinates in the plane and in space, in whatever unit the caller works in.
+// A point in the plane, in whatever unit the caller works in.
 struct _TvPoint2Str
 {
+    // Its coordinates.
     double x;
     double y;
 };
 
+// A point in space, in whatever unit the caller works in.
 struct _TvPoint3Str
 {
+    // Its coordinates.
     double x;
     double y;
     double z;

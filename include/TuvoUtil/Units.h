@@ -31,49 +31,52 @@
 
 // ---- Records -------------------------------------------------------------------------------------------------------
 
+// A base unit, as "Millimeter", or a constant in which quantities are counted. The texts belong to the catalogue.
 struct _UnitBaseTypeStr
 {
-    char* name;
-    char* abbreviation;  // what units are named by everywhere else
-    std::int32_t id;
+    char* name;              // full name
+    char* abbreviation;      // what units are named by everywhere else
+    std::int32_t id;         // what systems refer to
     std::int32_t baseType;   // 0 length, 1 mass, 2 time, 3 heat, 4 constant
     double conversionValue;  // this many of the unit make one reference unit of its base type
     double additiveValue;    // offset of a temperature scale, else 0
 };
 
+// A unit system: a base unit for each of length, mass, time and heat.
 struct _UnitSystemStr
 {
-    char name[256];
-    char displayName[256];  // may be empty
-    std::int32_t id;
-    std::int32_t lengthUnit;  // ids of base units; -1 for none
-    std::int32_t massUnit;
-    std::int32_t timeUnit;
-    std::int32_t heatUnit;
+    char name[256];           // the name that is looked up
+    char displayName[256];    // what a list of systems shows; may be empty
+    std::int32_t id;          // what models refer to
+    std::int32_t lengthUnit;  // id of a base unit, as in the next three; -1 for none
+    std::int32_t massUnit;    // of mass
+    std::int32_t timeUnit;    // of time
+    std::int32_t heatUnit;    // of heat
 };
 
 // The name that a quantity's unit has in one unit system in place of the composed one ("N" for "m kg/sec^2").
 struct _UnitDisplayUnitStr
 {
-    char unitName[256];
-    std::int32_t systemId;
+    char unitName[256];     // the name
+    std::int32_t systemId;  // the system in which it holds
 };
 
+// A data type: a physical quantity and its dimension. Texts and display units belong to the catalogue.
 struct _UnitDataTypeStr
 {
-    char* name;
-    std::int32_t id;
-    std::int32_t lengthExponent;
-    std::int32_t massExponent;
-    std::int32_t timeExponent;
-    std::int32_t heatExponent;
-    std::int32_t constantId;
-    char sequence[8];
-    double multiplier;           // 1 unless the file gives one
-    std::int16_t hasMultiplier;  // 1 when the file gives one; such a type converts by its multiplier alone
-    std::int32_t displayUnitCount;
-    _UnitDisplayUnitStr* displayUnits;
-    char viewerName[32];  // of the same quantity in the ZamView product
+    char* name;                         // the quantity, as "Pressure"
+    std::int32_t id;                    // what models refer to
+    std::int32_t lengthExponent;        // the dimension: exponent of length
+    std::int32_t massExponent;          // of mass
+    std::int32_t timeExponent;          // of time
+    std::int32_t heatExponent;          // of heat
+    std::int32_t constantId;            // the constant in which the quantity is counted; 0 for none
+    char sequence[8];                   // order of the dimensions in a host's own label; not used here
+    double multiplier;                  // 1 unless the file gives one
+    std::int16_t hasMultiplier;         // 1 when the file gives one; such a type converts by its multiplier alone
+    std::int32_t displayUnitCount;      // of the next array
+    _UnitDisplayUnitStr* displayUnits;  // unit names of the quantity, at most one for a system
+    char viewerName[32];                // of the same quantity in the ZamView product
 };
 
 static_assert(sizeof(_UnitDisplayUnitStr) == 260 && offsetof(_UnitDisplayUnitStr, systemId) == 256);
@@ -91,21 +94,22 @@ public:
     VUnit& operator=(const VUnit&) = delete;
     virtual ~VUnit();  // gives back all records
 
+    // The records, in the order in which they were read or made, and their numbers.
     std::int32_t m_baseUnitCount = 0;
     _UnitBaseTypeStr* m_baseUnits = nullptr;
-    std::uint64_t m_reserved = 0;
+    std::uint64_t m_reserved = 0;  // never read
     std::int32_t m_systemCount = 0;
     _UnitSystemStr* m_systems = nullptr;
     std::int32_t m_dataTypeCount = 0;
     _UnitDataTypeStr* m_dataTypes = nullptr;
-    std::int32_t m_currentSystem = 0;
+    std::int32_t m_currentSystem = 0;  // what VUnitUtlGetCurrentSystem gives
 };
 
 // A quantity as a caller names it.
 struct _UnitDataStr
 {
-    std::int32_t dataTypeId;
-    std::int32_t systemId;
+    std::int32_t dataTypeId;  // what it is
+    std::int32_t systemId;    // the unit system of its value
 };
 
 // ---- Loading -------------------------------------------------------------------------------------------------------

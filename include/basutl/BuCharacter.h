@@ -4,42 +4,49 @@
 
 #include <type_traits>
 
+// Whether a character is white space: blank \t \n \v \f \r.
 template <typename Char>
-constexpr bool BuIsSpace(Char c) noexcept  // blank \t \n \v \f \r
+constexpr bool BuIsSpace(Char c) noexcept
 {
     return c == Char(' ') || (c >= Char('\t') && c <= Char('\r'));
 }
 
+// Whether a character is one of 0 to 9.
 template <typename Char>
 constexpr bool BuIsDigit(Char c) noexcept
 {
     return c >= Char('0') && c <= Char('9');
 }
 
+// Whether a character is one of A to Z.
 template <typename Char>
 constexpr bool BuIsUpper(Char c) noexcept
 {
     return c >= Char('A') && c <= Char('Z');
 }
 
+// Whether a character is one of a to z.
 template <typename Char>
 constexpr bool BuIsLower(Char c) noexcept
 {
     return c >= Char('a') && c <= Char('z');
 }
 
+// Whether a character is a letter of either case.
 template <typename Char>
 constexpr bool BuIsLetter(Char c) noexcept
 {
     return BuIsUpper(c) || BuIsLower(c);
 }
 
+// The lower-case form of a letter, any other character as it is.
 template <typename Char>
 constexpr Char BuToLower(Char c) noexcept
 {
     return BuIsUpper(c) ? static_cast<Char>(c + ('a' - 'A')) : c;
 }
 
+// The upper-case form of a letter, any other character as it is.
 template <typename Char>
 constexpr Char BuToUpper(Char c) noexcept
 {

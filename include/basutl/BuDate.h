@@ -14,19 +14,25 @@ BASUTL_API void BuSetTimeSource(BuTimeSource source) noexcept;
 class BASUTL_API BuDate
 {
 public:
-    BuDate() noexcept = default;  // 1970-01-01 00:00:00 UTC
+    // The moment so many seconds after 1970-01-01 00:00:00 UTC, without a number that moment.
+    BuDate() noexcept = default;
     explicit BuDate(std::int64_t seconds) noexcept : m_seconds(seconds) {}
 
+    // Now.
     static BuDate getCurrentDate() noexcept;
 
+    // Seconds since 1970-01-01 00:00:00 UTC.
     std::int64_t GetSeconds() const noexcept { return m_seconds; }
 
-    // Calendar fields in the local time zone; all 0 when the time has none.
+    // Fields of the calendar and the clock.
     struct Fields
     {
-        int year = 0, month = 0, day = 0;  // month and day from 1
+        // Month and day count from 1, all else from 0.
+        int year = 0, month = 0, day = 0;
         int hour = 0, minute = 0, second = 0;
     };
+
+    // The fields in the local time zone; all 0 when the time has none.
     Fields GetLocalFields() const noexcept;
 
     // Seconds from `earlier` to `later`.

@@ -27,10 +27,12 @@ enum BuErrKind : std::int32_t
 class BASUTL_API BuErrObj
 {
 public:
+    // For arrays and copies; errors to be returned come from the functions below. A null message counts as empty.
     BuErrObj() noexcept = default;
     BuErrObj(std::int32_t kind, const wchar_t* message) noexcept;
     BuErrObj(std::int32_t kind, int code, const wchar_t* message) noexcept;
 
+    // The severity, one of BuErrKind or any other number that it was made with; the message.
     std::int32_t GetKind() const noexcept { return m_kind; }
     const BuString& GetMessageText() const noexcept { return m_message; }
 

@@ -16,16 +16,19 @@
 class BASUTL_API BuFileUtl
 {
 public:
+    // The path is copied; null counts as empty.
     explicit BuFileUtl(const wchar_t* path) noexcept : m_path(path) {}
     explicit BuFileUtl(const BuString& path) noexcept : m_path(path) {}
 
-    bool FileIsExisting() const noexcept;  // a file, not a directory, links followed
+    // Whether a file, not a directory, or a directory stands there, links followed, and whether files may be made in it.
+    bool FileIsExisting() const noexcept;
     bool DirectoryIsExisting() const noexcept;
     bool DirectoryHasWritePermission() const noexcept;
 
     // Creates the directory and its missing parents. True when it stands afterwards.
     bool CreateDir() const noexcept;
 
+    // The path as it was given or normalised.
     const BuString& GetFullName() const noexcept { return m_path; }
     BuString GetPath() const noexcept;      // what stands before the last separator, that included; may be empty
     BuString GetFileName() const noexcept;  // what stands after the last separator

@@ -19,6 +19,7 @@ using BuLogSink = void (*)(int level, const wchar_t* text, void* context);
 class BASUTL_API BuLogger
 {
 public:
+    // The log of the process.
     static BuLogger& GetInstance() noexcept;
 
     // Formats as BuString::Format does and hands the text to the sink. A null format or text logs an empty text.

@@ -26,6 +26,7 @@ class BuObjectArrayTempl
     static_assert(alignof(T) <= alignof(std::max_align_t));
 
 public:
+    // Moving and swapping take the items over; a moved-from array is valid.
     BuObjectArrayTempl() noexcept = default;
     BuObjectArrayTempl(const BuObjectArrayTempl& other) noexcept { Append(other); }  // empty when memory is exhausted
     BuObjectArrayTempl(BuObjectArrayTempl&& other) noexcept { Swap(other); }
@@ -47,9 +48,11 @@ public:
         BuCRTAllocator::Release(m_items);
     }
 
+    // The number of items; whether there are none.
     int GetCount() const noexcept { return m_count; }
     bool IsEmpty() const noexcept { return m_count == 0; }
 
+    // An item, which must exist.
     T& operator[](int index) noexcept
     {
         assert(index >= 0 && index < m_count);
@@ -138,6 +141,7 @@ public:
         return true;
     }
 
+    // Exchanges the items of two arrays.
     void Swap(BuObjectArrayTempl& other) noexcept
     {
         std::swap(m_items, other.m_items);

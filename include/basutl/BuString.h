@@ -46,6 +46,7 @@ public:
     wchar_t GetAt(int index) const noexcept;  // 0 outside the text
     void Empty() noexcept { m_text.clear(); }
 
+    // A text with another, or one character, behind it.
     BuString& operator+=(const BuString& other) noexcept;
     BuString& operator+=(const wchar_t* text) noexcept;  // null adds nothing
     BuString& operator+=(wchar_t character) noexcept;

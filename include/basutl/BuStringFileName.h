@@ -7,6 +7,7 @@
 class BASUTL_API BuStringFileName : public BuString
 {
 public:
+    // Made of whatever a BuString is made of.
     using BuString::BuString;
     BuStringFileName() noexcept = default;
     BuStringFileName(const BuString& text) noexcept : BuString(text) {}

@@ -23,9 +23,9 @@ public:
     // One place in the list of children.
     struct Node
     {
-        Node* previous = nullptr;
-        Node* next = nullptr;
-        BuTreeItemTempl* item = nullptr;
+        Node* previous = nullptr;         // null in the first one
+        Node* next = nullptr;             // null in the last one
+        BuTreeItemTempl* item = nullptr;  // the child; never null in a list
     };
 
     constexpr BuTreeItemTempl() noexcept = default;
@@ -33,9 +33,12 @@ public:
     BuTreeItemTempl& operator=(const BuTreeItemTempl&) = delete;
     ~BuTreeItemTempl() { RemoveAllChildren(); }
 
+    // The data, which is copied in.
     const Data& GetData() const noexcept { return m_data; }
     void SetData(const Data& data) noexcept { m_data = data; }
-    BuTreeItemTempl* GetParent() const noexcept { return m_parent; }  // null for a root
+
+    // The item above, null for a root; the number of children, and the ends of their list, null when there are none.
+    BuTreeItemTempl* GetParent() const noexcept { return m_parent; }
     int GetChildCount() const noexcept { return m_count; }
     Node* GetFirstChildNode() const noexcept { return m_head; }
     Node* GetLastChildNode() const noexcept { return m_tail; }

@@ -20,6 +20,7 @@
 class BASUTL_API BuXmlNode
 {
 public:
+    // No node; whether this is one. No node has no name, no attributes, no children and no siblings.
     BuXmlNode() noexcept = default;
     explicit operator bool() const noexcept { return m_node != nullptr; }
 
@@ -27,7 +28,8 @@ public:
     BuXmlNode GetFirstChild() const noexcept;
     BuXmlNode GetNextSibling() const noexcept;
 
-    BuString GetName() const noexcept;  // empty for no node
+    // The name, empty for no node; whether it is this one.
+    BuString GetName() const noexcept;
     bool IsNamed(const wchar_t* name) const noexcept;
 
     // The value of an attribute. False, with `value` unchanged, when there is none or memory is exhausted.

@@ -11,5 +11,6 @@
 #define BASUTL_API __declspec(dllimport)
 #endif
 #else
+// Stands in front of each declaration of the library's interface.
 #define BASUTL_API __attribute__((visibility("default")))
 #endif

@@ -1,0 +1,117 @@
+"""Shows headers and guides to Doxygen.
+
+usage: doxygen_filter.py FILE     writes a header or a guide, as Doxygen shall read it, to standard output
+
+The comments of a header, which stand there for its readers, become documentation. The one at the top is about the file,
+one in front of declarations about all that follow without an empty line between them, one behind a member about that
+member. Indented lines are examples and tables and keep their layout.
+
+A guide's links to headers lead to their pages, and those to files that are no part of the reference become plain text.
+Every line stays where it is, so that what Doxygen complains of is found in the file.
+"""
+
+import html
+import re
+import sys
+
+HEADING = re.compile(r"\s*// -{4}")
+COMMENT = re.compile(r"(\s*)//(?: |$)(.*)")
+BEHIND_A_MEMBER = re.compile(r"(.*[;,{}\w)]\s*)// (.*)")
+OPENS_A_SCOPE = re.compile(r"\s*(class|struct|union|enum|namespace|template)\b|\s*#")
+ITEM = re.compile(r"\s*(- |\d+\. )")
+
+
+def escape(text):
+    """Text that Doxygen takes for nothing but text; what stands in backquotes is code."""
+    text = re.sub(r"([@#%*\\]|::|\.\.\.)", r"\\\1", text)
+    text = html.escape(text, quote=False).replace('"', "&quot;")
+    return re.sub(r"`(\w[^`]*)`", r"<code>\1</code>", text)
+
+
+def layouts(texts):
+    """Tells line by line whether it keeps its layout: indented, and no part of a list."""
+    is_list = is_layout = False
+    for i, text in enumerate(texts):
+        if text.strip():
+            is_list = bool(ITEM.match(text)) or (is_list and text.startswith(" "))
+            is_layout = text.startswith("  ") and not is_list
+        else:  # an empty line in an example is part of it
+            is_list = False
+            is_layout = is_layout and i + 1 < len(texts) and texts[i + 1].startswith("  ")
+        yield is_layout
+
+
+def documentation(texts, command):
+    """The lines of a comment, without their slashes, as one block of documentation."""
+    lines = []
+    was_layout = False
+    for text, is_layout in zip(texts, layouts(texts)):
+        mark = "" if is_layout == was_layout else ("@verbatim " if is_layout else "@endverbatim ")
+        lines.append(mark + (text[2:] if is_layout else escape(text)))
+        was_layout = is_layout
+    for i in range(lines.index("") if "" in lines else len(lines)):  # the first sentence is the summary
+        lines[i], found = re.subn(r"\.(?= |$)", ". @details", lines[i], count=1)
+        if found:
+            break
+    lines[0] = "/** @brief " + lines[0]
+    lines[-1] += (" @endverbatim" if was_layout else "") + command + " */"
+    return lines
+
+
+def end_of_group(lines, start):
+    """Where the declarations end that share the comment in front of `start`; `start` when it is about one alone."""
+    end, count, depth = start, 0, 0
+    while end < len(lines) and lines[end].strip() and not COMMENT.fullmatch(lines[end]):
+        line = re.sub(r"//.*", "", lines[end]).rstrip()
+        if depth == 0 and (re.match(r"\s*(\}|\w+:$)", line) or (OPENS_A_SCOPE.match(line) and not line.endswith(";"))):
+            break
+        depth += line.count("{") - line.count("}")
+        count += depth == 0 and line.endswith((";", "}"))
+        end += 1
+    return end if count > 1 else start
+
+
+def is_bare_type(lines, i):
+    """Whether a type is defined here without a comment in front of it."""
+    defined = lines[i + 1] if lines[i].startswith("template") else lines[i]
+    return (re.match(r"(class|struct) ", defined) and not defined.endswith(";") and i > 0
+            and not COMMENT.fullmatch(lines[i - 1]) and not lines[i - 1].startswith("template"))
+
+
+def documented(lines):
+    """The lines of a header, each in its place."""
+    i, group_end = 0, None
+    while i < len(lines):
+        start = "/**@}*/ " if i == group_end else ""
+        end = i
+        while end < len(lines) and COMMENT.fullmatch(lines[end]) and not HEADING.match(lines[end]):
+            end += 1
+        if end > i:
+            block = documentation([COMMENT.fullmatch(line)[2] for line in lines[i:end]], "" if i > 0 else " @file")
+            group = end_of_group(lines, end)
+            if i > 0 and group > end:
+                group_end = group
+                start += "/**@{*/ "
+            yield start + block[0]
+            yield from block[1:]
+            i = end
+            continue
+        if HEADING.match(lines[i]):
+            yield start
+        elif is_bare_type(lines, i):
+            yield start + "/** What it is for stands at the top of its header. */ " + lines[i]
+        else:
+            behind = BEHIND_A_MEMBER.fullmatch(lines[i])
+            yield start + (f"{behind[1]}///< {escape(behind[2])}" if behind else lines[i])
+        i += 1
+
+
+def linked(line):
+    """A line of a guide with links that work in the reference."""
+    line = re.sub(r"\]\([^():]*?include/(\w+/\w+\.h)\)", r"](@ref \1)", line)
+    return re.sub(r"\[([^\]]*)\]\((?!@ref|#|\w+:|[^()]*\.md\b|[^()]*\.(?:png|svg)\))[^()]*\)", r"\1", line)
+
+
+with open(sys.argv[1], encoding="utf-8") as file:
+    text = file.read().split("\n")
+print("\n".join(documented(text) if sys.argv[1].endswith(".h") else map(linked, text)))
