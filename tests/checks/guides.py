@@ -47,7 +47,7 @@ with tempfile.TemporaryDirectory() as folder:
     settings["PATH"] = folder + os.pathsep + settings["PATH"]
 
     count = failures = 0
-    for guide in [source / "README.md", *sorted((source / "docs").glob("*.md"))]:
+    for guide in [source / "README.md", *sorted((source / "docs").rglob("*.md"))]:
         for command, expected in commands(guide):
             # The guide to leaks leaks on purpose, which is no business of a sanitizer.
             settings["ASAN_OPTIONS"] = "detect_leaks=0" if "example_LeakChecker" in command else ""
