@@ -6,7 +6,8 @@ The comments of a header, which stand there for its readers, become documentatio
 one in front of declarations about all that follow without an empty line between them, one behind a member about that
 member. Indented lines are examples and tables and keep their layout.
 
-A guide's links to headers lead to their pages, and those to files that are no part of the reference become plain text.
+A guide's links to headers lead to their pages; those to files that are no part of the reference, and to places in the
+guide itself, become plain text.
 Every line stays where it is, so that what Doxygen complains of is found in the file.
 """
 
@@ -109,7 +110,7 @@ def documented(lines):
 def linked(line):
     """A line of a guide with links that work in the reference."""
     line = re.sub(r"\]\([^():]*?include/(\w+/\w+\.h)\)", r"](@ref \1)", line)
-    return re.sub(r"\[([^\]]*)\]\((?!@ref|#|\w+:|[^()]*\.md\b|[^()]*\.(?:png|svg)\))[^()]*\)", r"\1", line)
+    return re.sub(r"\[([^\]]*)\]\((?!@ref|\w+:|[^()]*\.md\b|[^()]*\.(?:png|svg)\))[^()]*\)", r"\1", line)
 
 
 with open(sys.argv[1], encoding="utf-8") as file:

@@ -63,6 +63,7 @@ TUVOUTIL_API void FreeImage(void* pixels);
 // A null function leaves the one before in place; none can be taken away. What a flag means, what a path may be and who
 // frees what is the host's business: everything is passed on as it is, null included.
 
+// Registers what the functions below call in place of what was registered before. It is kept.
 TUVOUTIL_API void RegisterLoadImageFunc(unsigned char* (*load)(const wchar_t* path, bool flag, unsigned* width,
                                                                unsigned* height, TuvoImagePixelDataType* type));
 TUVOUTIL_API void RegisterSaveImageFunc(void (*save)(const wchar_t* path, unsigned width, unsigned height,

@@ -1,24 +1,23 @@
-"""The guide has a chapter for every example, which shows code of it and its output as they are."""
+"""Every example is shown on a page, code and output, as they are; the guide lists all its chapters."""
 
 import pathlib
 import subprocess
 import sys
 
 source = pathlib.Path(sys.argv[1]).resolve()
-guide = source / "docs/guide"
-index = (guide / "README.md").read_text(encoding="utf-8")
+pages = {page: page.read_text(encoding="utf-8") for page in sorted((source / "docs").rglob("*.md"))}
+index = pages[source / "docs/guide.md"]
 
-failures = 0
+failures = []
 examples = sorted((source / "examples").glob("*.cpp"))
 for example in examples:
-    chapter = guide / f"{example.stem}.md"
-    text = chapter.read_text(encoding="utf-8") if chapter.exists() else ""
-    for wanted, place in ((f"<!-- examples/{example.name}", text), (f"<!-- examples/{example.stem}.txt -->", text),
-                          (f"({chapter.name})", index)):
-        if wanted not in place:
-            print(f"{example.name}: the guide lacks {wanted}")
-            failures += 1
+    code, output = f"<!-- examples/{example.name}", f"<!-- examples/{example.stem}.txt -->"
+    if not any(code in text and output in text for text in pages.values()):
+        failures.append(f"no page shows {example.name} and what it writes")
+for page in pages:
+    if page.parent.name == "guide" and f"(guide/{page.name})" not in index:
+        failures.append(f"docs/guide.md does not list {page.name}")
 
-quotes = subprocess.run([sys.executable, guide / "quote.py", "--check"])
-print(f"{len(examples)} examples")
-sys.exit(failures > 0 or quotes.returncode != 0 or not examples)
+print("\n".join([*failures, f"{len(examples)} examples"]), flush=True)
+quotes = subprocess.run([sys.executable, source / "docs/guide/quote.py", "--check"])
+sys.exit(bool(failures) or quotes.returncode != 0 or not examples)
