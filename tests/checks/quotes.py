@@ -5,7 +5,7 @@ import subprocess
 import sys
 
 source = pathlib.Path(sys.argv[1]).resolve()
-pages = {page: page.read_text(encoding="utf-8") for page in sorted((source / "docs").rglob("*.md"))}
+pages = {page: page.read_text(encoding="utf-8") for page in [source / "README.md", *sorted((source / "docs").rglob("*.md"))]}
 index = pages[source / "docs/guide.md"]
 
 failures = []
