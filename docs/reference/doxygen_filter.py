@@ -12,6 +12,7 @@ Every line stays where it is, so that what Doxygen complains of is found in the 
 """
 
 import html
+import pathlib
 import re
 import sys
 
@@ -108,11 +109,26 @@ def documented(lines):
 
 
 def linked(line):
-    """A line of a guide with links that work in the reference."""
-    line = re.sub(r"\]\([^():]*?include/(\w+/\w+\.h)\)", r"](@ref \1)", line)
-    return re.sub(r"\[([^\]]*)\]\((?!@ref|\w+:|[^()]*\.md\b|[^()]*\.(?:png|svg)\))[^()]*\)", r"\1", line)
+    """A line of a guide with links that work in the reference, and with the percent signs of its formats."""
+    line = re.sub(r"\[`?([^\]`]*)`?\]\([^():]*?include/(\w+/\w+\.h)\)", r"[\1](@ref \2)", line)
+    line = re.sub(r"\[([^\]]*)\]\((?!@ref|\w+:|[^()]*\.md\b|[^()]*\.(?:png|svg)\))[^()]*\)", r"\1", line)
+    return re.sub(r"`([^`]*%\w[^`]*)`", lambda code: f"<code>{escape(code[1])}</code>", line)
 
 
-with open(sys.argv[1], encoding="utf-8") as file:
-    text = file.read().split("\n")
-print("\n".join(documented(text) if sys.argv[1].endswith(".h") else map(linked, text)))
+def guide(lines):
+    """The lines of a guide, code and output as they are."""
+    is_code = False
+    for line in lines:
+        is_code ^= line.startswith("```")
+        yield line if is_code else linked(line)
+
+
+def contents(lines):
+    """The lines of the guide's first page, whose chapters are pages below it."""
+    for line in guide(lines):
+        yield re.sub(r"\[([^\]]*)\]\(guide/(\w+)\.md\)", r'@subpage md_docs_guide_\2 "\1"', line)
+
+
+path = pathlib.Path(sys.argv[1])
+shown = documented if path.suffix == ".h" else contents if path.name == "guide.md" else guide
+print("\n".join(shown(path.read_text(encoding="utf-8").split("\n"))))
