@@ -22,6 +22,7 @@
 class TUVOUTIL_API ProgressListener
 {
 public:
+    // There is nothing to copy or move but what a host adds.
     ProgressListener() = default;
     ProgressListener(const ProgressListener&) = default;
     ProgressListener(ProgressListener&&) = default;
