@@ -111,7 +111,7 @@ def documented(lines):
 def linked(line):
     """A line of a guide with links that work in the reference, and with the percent signs of its formats."""
     line = re.sub(r"\[`?([^\]`]*)`?\]\([^():]*?include/(\w+/\w+\.h)\)", r"[\1](@ref \2)", line)
-    line = re.sub(r"\[([^\]]*)\]\((?!@ref|\w+:|[^()]*\.md\b|[^()]*\.(?:png|svg)\))[^()]*\)", r"\1", line)
+    line = re.sub(r"(?<!!)\[([^\]]*)\]\((?!@ref|\w+:|[^()]*\.md\b)[^()]*\)", r"\1", line)
     return re.sub(r"`([^`]*%\w[^`]*)`", lambda code: f"<code>{escape(code[1])}</code>", line)
 
 
@@ -123,12 +123,23 @@ def guide(lines):
         yield line if is_code else linked(line)
 
 
+def chapter(lines):
+    """The lines of a chapter, whose heading gets a name."""
+    yield f"{lines[0]} {{#guide_{path.stem}}}"
+    yield from guide(lines[1:])
+
+
 def contents(lines):
     """The lines of the guide's first page, whose chapters are pages below it."""
     for line in guide(lines):
-        yield re.sub(r"\[([^\]]*)\]\(guide/(\w+)\.md\)", r'@subpage md_docs_guide_\2 "\1"', line)
+        yield re.sub(r"\[([^\]]*)\]\(guide/(\w+)\.md\)", r'@subpage guide_\2 "\1"', line)
 
 
 path = pathlib.Path(sys.argv[1])
-shown = documented if path.suffix == ".h" else contents if path.name == "guide.md" else guide
+if path.suffix == ".h":
+    shown = documented
+elif path.parent.name == "guide":
+    shown = chapter
+else:
+    shown = contents if path.name == "guide.md" else guide
 print("\n".join(shown(path.read_text(encoding="utf-8").split("\n"))))
