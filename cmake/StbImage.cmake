@@ -15,6 +15,11 @@ mend([==[            L -= 17;
             if (tc == 0) {]==] [==[            L -= 17;
             if (n > 256) return stbi__err("bad DHT header","Corrupt JPEG");
             if (tc == 0) {]==])
+# JPEG: more bits are wanted than the file has; what counts them would become negative, and the bits be shifted too far.
+mend([==[   if (j->code_bits < n) stbi__grow_buffer_unsafe(j);]==] [==[   if (j->code_bits < n) stbi__grow_buffer_unsafe(j);
+   if (j->code_bits < n) return 0;]==])
+mend([==[   if (j->code_bits < 1) stbi__grow_buffer_unsafe(j);]==] [==[   if (j->code_bits < 1) stbi__grow_buffer_unsafe(j);
+   if (j->code_bits < 1) return 0;]==])
 # PIC: what could not be decoded is converted all the same.
 mend([==[      result=0;
    }
