@@ -17,18 +17,22 @@ if(NOT WIN32)
     $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-Bsymbolic-functions;-Wl,--exclude-libs,ALL>)
 endif()
 
+set(TUVO_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
+
 # Hardening: an attacker, or a wild write, ends the process instead of taking it over. Windows images have their part of it
 # from the linker by itself.
 if(NOT WIN32)
   include(CheckPIESupported)
   check_pie_supported(LANGUAGES CXX)
-  target_compile_options(tuvo_flags INTERFACE -fstack-protector-strong -fstack-clash-protection
-    # Checked forms of the C functions need optimisation, and are in the sanitizers' way.
-    $<$<NOT:$<OR:$<CONFIG:Debug>,$<BOOL:${TUVO_SANITIZE}>>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>)
+  target_compile_options(tuvo_flags INTERFACE -fstack-protector-strong -fstack-clash-protection)
+  # Checked forms of the C functions need optimisation, and are in the sanitizers' way.
+  if(NOT TUVO_SANITIZE)
+    target_compile_options(tuvo_flags INTERFACE
+      $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+  endif()
   target_link_options(tuvo_flags INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
 endif()
 
-set(TUVO_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
 if(TUVO_SANITIZE)
   add_compile_options(-fsanitize=${TUVO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${TUVO_SANITIZE})
