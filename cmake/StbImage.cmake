@@ -20,6 +20,8 @@ mend([==[   if (j->code_bits < n) stbi__grow_buffer_unsafe(j);]==] [==[   if (j-
    if (j->code_bits < n) return 0;]==])
 mend([==[   if (j->code_bits < 1) stbi__grow_buffer_unsafe(j);]==] [==[   if (j->code_bits < 1) stbi__grow_buffer_unsafe(j);
    if (j->code_bits < 1) return 0;]==])
+mend([==[s = r & 15; // combined length]==] [==[s = r & 15; // combined length
+            if (s > j->code_bits) return stbi__err("bad huffman code","Corrupt JPEG");]==])
 # PIC: what could not be decoded is converted all the same.
 mend([==[      result=0;
    }
