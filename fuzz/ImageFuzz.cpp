@@ -14,7 +14,7 @@ std::string Decoded(Decode decode, std::FILE* file, int channels)
     image::Size size;
     auto* const pixels = decode(file, channels, size);
     const std::int64_t count = std::int64_t{size.width} * size.height * (channels != 0 ? channels : size.channels);
-    const std::string bytes(reinterpret_cast<const char*>(pixels), static_cast<std::size_t>(count) * sizeof *pixels);
+    std::string bytes(reinterpret_cast<const char*>(pixels), static_cast<std::size_t>(count) * sizeof *pixels);
     std::free(pixels);
     std::rewind(file);
     return bytes;

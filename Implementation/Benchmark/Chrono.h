@@ -50,6 +50,7 @@ public:
     virtual ~Chrono() = default;
     Chrono(const Chrono&) = delete;
     Chrono& operator=(const Chrono&) = delete;
+    // NOLINTNEXTLINE(misc-new-delete-overloads): Create makes room for the name as well
     static void operator delete(void* block) noexcept { BuCRTAllocator::Release(block); }
 
     float Seconds() const noexcept { return BuChrono::FromTickCountToMillisec(m_chrono.GetIntermediate(), 1000.0); }

