@@ -43,7 +43,7 @@ std::string Counted(int count, const char* what)
 
 std::string ProcessorText()
 {
-    const std::string usable = std::to_string(platform::UsableProcessors()) + " usable";
+    std::string usable = std::to_string(platform::UsableProcessors()) + " usable";
     const int cores = TuvoGetSystemPhysicalCores();
     if (cores == 0)
         return usable;
