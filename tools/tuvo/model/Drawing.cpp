@@ -207,13 +207,15 @@ std::string DrawingStyles()
     for (std::size_t group = 0; group < Palette.size(); ++group) {
         const std::string name = ".g" + std::to_string(group);
         const std::string line = Hex(Palette[group], 0.8);
-        styles += name + "{background:" + Hex(Palette[group], 1.0) + "}\n";
-        styles += "svg " + name + "l{fill:none;stroke:" + line + ";stroke-width:" + std::to_string(LineWidth) + "}\n";
+        styles.append(name).append("{background:").append(Hex(Palette[group], 1.0)).append("}\nsvg ").append(name);
+        styles.append("l{fill:none;stroke:").append(line).append(";stroke-width:").append(std::to_string(LineWidth));
+        styles += "}\n";
         for (int shade = 0; shade < Shades; ++shade) {
             const std::string fill = Hex(Palette[group], Brightness(shade));
             const std::string shaded = name + '-' + std::to_string(shade);
-            styles += shaded + "{fill:" + fill + ";stroke:" + Hex(Palette[group], Brightness(shade) * 0.72) + "}\n";
-            styles += ".plain " + shaded + "{stroke:" + fill + "}\n";
+            const std::string edge = Hex(Palette[group], Brightness(shade) * 0.72);
+            styles.append(shaded).append("{fill:").append(fill).append(";stroke:").append(edge).append("}\n.plain ");
+            styles.append(shaded).append("{stroke:").append(fill).append("}\n");
         }
     }
     return styles;

@@ -77,8 +77,9 @@ std::vector<SolidFace> FacesOfSolids(const Model& model)
         const auto shape = block.type->shape->faces;
         faces.reserve(faces.size() + block.Count() * shape.size());
         for (std::uint32_t element = 0; element < block.Count(); ++element)
-            for (std::uint8_t f = 0; f < shape.size(); ++f) {
-                SolidFace face = {CornersOf(shape[f], block.NodesOf(element)), b, element, f};
+            for (std::size_t f = 0; f < shape.size(); ++f) {
+                const auto number = static_cast<std::uint8_t>(f);  // six faces at most
+                SolidFace face = {CornersOf(shape[f], block.NodesOf(element)), b, element, number};
                 if (!Simplify(face.key, static_cast<std::size_t>(shape[f].Count())))
                     continue;
                 std::sort(face.key.begin(), face.key.end());

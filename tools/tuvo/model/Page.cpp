@@ -94,6 +94,7 @@ std::string TableSection(const SummaryTable& summary)
 {
     const std::vector<Table::Column>& columns = summary.table.Columns();
     std::vector<std::string> titles;
+    titles.reserve(columns.size());
     for (const Table::Column& column : columns)
         titles.push_back(column.title);
     std::string text = "<section>\n<h2>" + Escaped(summary.title) + "</h2>\n<table>\n<thead>" +

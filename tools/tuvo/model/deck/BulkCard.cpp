@@ -136,7 +136,7 @@ void BulkCardReader::AppendFixed(BulkCard& card, bool isLarge) const
     if (isLarge)
         std::copy(Large.begin(), Large.end(), widths.begin());
     std::array<char*, 9> fields;
-    std::array<char, 9 * (16 + 2)> buffer;
+    std::array<char, std::size_t{9} * (16 + 2)> buffer;
     std::string line = m_line;
     const int count = isLarge ? 5 : 9;
     UtlBreakString(count, fields.data(), line.data(), widths.data(), buffer.data());

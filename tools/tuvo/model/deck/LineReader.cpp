@@ -49,8 +49,9 @@ char* LineReader::FindEnd()
     std::size_t searched = 0;
     for (;;) {
         const auto size = static_cast<std::size_t>(m_end - m_next);
-        if (auto* const end = static_cast<char*>(std::memchr(m_next + searched, '\n', size - searched)))
-            return end;
+        void* const end = size > searched ? std::memchr(m_next + searched, '\n', size - searched) : nullptr;
+        if (end != nullptr)
+            return static_cast<char*>(end);
         searched = size;
         if (!Fill())
             return m_isComplete ? m_end : nullptr;
