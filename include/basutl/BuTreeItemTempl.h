@@ -38,9 +38,9 @@ public:
     void SetData(const Data& data) noexcept { m_data = data; }
 
     // The item above, null for a root; the number of children, and the ends of their list, null when there are none.
-    BuTreeItemTempl* GetParent() const noexcept { return m_parent; }  // NOLINT(clang-analyzer-unix.Malloc)
+    BuTreeItemTempl* GetParent() const noexcept { return m_parent; }
     int GetChildCount() const noexcept { return m_count; }
-    Node* GetFirstChildNode() const noexcept { return m_head; }
+    Node* GetFirstChildNode() const noexcept { return m_head; }  // NOLINT(clang-analyzer-unix.Malloc): of no freed item
     Node* GetLastChildNode() const noexcept { return m_tail; }
 
     // Adds a child at the end of the list; null when memory is exhausted.
