@@ -165,6 +165,7 @@ inline void RemoveSlottedBlock(memory::BlockHeader& header, std::int32_t size, s
     memory::MarkReleased(header);
 }
 
+// One that does not lie in the heap.
 [[gnu::noinline]] inline void GiveLargeSlottedBlock(void* block) noexcept
 {
     memory::BlockHeader& header = *memory::HeaderOf(block);

@@ -112,8 +112,9 @@ TEST(LeakTables, RemoveTheOldestRecordOfABlock)
 // what the other has made.
 TEST(LeakTables, KeepSlotsAndHeadersInStep)
 {
-    for (const bool hasHeap : {false, true}) {
-        Checking checking(4);
+    for (const int round : {0, 1, 2, 3}) {
+        const bool hasHeap = round % 2 != 0;
+        Checking checking(round < 2 ? 2 : 4);
         if (hasHeap)
             InitVxHeap();
         std::mt19937 random(5);
@@ -219,6 +220,20 @@ TEST(LeakMessages, TellOfGrowthInSteps)
     VBuAddPointer(&place, 2'000'000, File, 1, 0);
     VBuAddPointer(&place, 1, File, 1, 0);
     EXPECT_EQ(checking.messages.TakePosted(), Lines{"1:MemLeakChecker:   Allocated memory in use = 2 MB\n"});
+}
+
+// Blocks that take the shortcut are told of as well.
+TEST(LeakMessages, TellOfGrowthByBlocksWithHeaders)
+{
+    Checking checking(4);
+    std::vector<void*> blocks = {Allocate(1)};
+    for (int megabytes = 1; megabytes <= 7; ++megabytes) {
+        EXPECT_NE(g_state.watch & memory::WatchShortcut, 0u);
+        blocks.push_back(Allocate(1'000'000));
+    }
+    EXPECT_EQ(checking.messages.TakePosted(), Lines{"1:MemLeakChecker:   Allocated memory in use = 6 MB\n"});
+    for (void* const block : blocks)
+        VBuFree(block, File, 1);
 }
 
 TEST(LeakMessages, TellOfWatchedAllocations)
