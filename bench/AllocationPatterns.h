@@ -122,7 +122,7 @@ void Live(benchmark::State& state)
         Allocator::Free(block);
 }
 
-// Names are "PREFIX/work/who".
+// A name is the prefix, the work, a slash, and who does it.
 template <typename Allocator>
 void Register(const std::string& prefix, const std::string& who)
 {

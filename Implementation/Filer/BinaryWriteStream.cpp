@@ -15,8 +15,9 @@ namespace {
 
 constexpr std::size_t DefaultBufferSize = std::size_t{64} << 10;
 constexpr std::size_t LargestBuffer = std::size_t{16} << 20;
-constexpr std::size_t LargestWrite = std::size_t{64}
-                                     << 20;  // the C library of Windows counts bytes of a write in an int
+
+// The C library of Windows counts the bytes of a write in an int.
+constexpr std::size_t LargestWrite = std::size_t{64} << 20;
 
 constexpr const char* OpenModes[] = {"rb", "wb", "ab"};
 constexpr unsigned int AppendMode = 2;
