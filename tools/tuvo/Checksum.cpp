@@ -2,6 +2,7 @@
 #include "platform/Platform.h"
 #include "tools/tuvo/Command.h"
 #include "tools/tuvo/Console.h"
+#include "tools/tuvo/TextFile.h"
 #include "tools/tuvo/WorkProgress.h"
 
 #include <TuvoUtil/Checksum.h>
@@ -42,17 +43,6 @@ constexpr char Examples[] =
     "list.";
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
-
-std::string SourceName(const std::string& path)
-{
-    return path == "-" ? "standard input" : path;
-}
-
-[[noreturn]] void FailToRead(const std::string& path)
-{
-    const int code = platform::LastNativeError();
-    throw Failure("cannot read " + SourceName(path) + ": " + platform::Narrow(platform::NativeErrorText(code)));
-}
 
 struct StreamCloser
 {
@@ -152,10 +142,8 @@ bool ReadEntry(std::string_view line, Entry& entry)
 
 std::vector<Entry> ReadList(const std::string& path)
 {
-    std::string text;
-    ReadPieces(path, [&](const char* bytes, std::size_t size) { text.append(bytes, size); });
     std::vector<Entry> entries;
-    std::istringstream lines(text);
+    std::istringstream lines(ReadText(path));
     int number = 0;
     for (std::string line; std::getline(lines, line);) {
         ++number;

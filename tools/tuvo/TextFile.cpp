@@ -13,12 +13,6 @@
 namespace tool {
 namespace {
 
-[[noreturn]] void FailToRead(const std::string& path)
-{
-    const int code = platform::LastNativeError();
-    throw Failure("cannot read " + path + ": " + platform::Narrow(platform::NativeErrorText(code)));
-}
-
 std::string ReadInput()
 {
     std::string text((std::istreambuf_iterator<char>(std::cin)), std::istreambuf_iterator<char>());
@@ -64,6 +58,12 @@ std::string ReadText(const std::string& path)
 std::string SourceName(const std::string& path)
 {
     return path == "-" ? "standard input" : path;
+}
+
+void FailToRead(const std::string& path)
+{
+    const int code = platform::LastNativeError();
+    throw Failure("cannot read " + SourceName(path) + ": " + platform::Narrow(platform::NativeErrorText(code)));
 }
 
 }  // namespace tool

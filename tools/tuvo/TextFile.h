@@ -15,4 +15,7 @@ std::optional<std::string> ReadTextIfExists(const std::string& path);
 // What a path is called in messages.
 std::string SourceName(const std::string& path);
 
+// Tells that a file could not be read, and why the system's last call failed.
+[[noreturn]] void FailToRead(const std::string& path);
+
 }  // namespace tool
