@@ -171,6 +171,32 @@ private:
     static constinit inline std::atomic<std::uint32_t> m_count = 1;
 };
 
+// The function of the system that a fault enters. Its caller was interrupted, while all others wait for a call to return.
+class FaultDispatcher
+{
+public:
+    static bool Holds(const void* address) noexcept
+    {
+        static const FaultDispatcher dispatcher;
+        return address > dispatcher.m_begin && address <= dispatcher.m_end;
+    }
+
+private:
+    FaultDispatcher() noexcept
+    {
+        const FARPROC function = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "KiUserExceptionDispatcher");
+        DWORD64 module = 0;
+        const auto entry = RtlLookupFunctionEntry(reinterpret_cast<DWORD64>(function), &module, nullptr);
+        if (entry == nullptr)
+            return;
+        m_begin = reinterpret_cast<const void*>(module + entry->BeginAddress);
+        m_end = reinterpret_cast<const void*>(module + entry->EndAddress);
+    }
+
+    const void* m_begin = nullptr;
+    const void* m_end = nullptr;
+};
+
 }  // namespace
 
 [[gnu::noinline]] int platform::CaptureStack(void** addresses, int capacity, int skip) noexcept
@@ -179,8 +205,13 @@ private:
         return 0;
     const int count = RtlCaptureStackBackTrace(static_cast<DWORD>(std::max(skip, 0)) + 1, static_cast<DWORD>(capacity),
                                                addresses, nullptr);
-    for (int i = 0; i < count; ++i)
-        addresses[i] = static_cast<char*>(addresses[i]) - 1;
+    bool isInterrupted = false;
+    for (int i = 0; i < count; ++i) {
+        const bool isDispatcher = FaultDispatcher::Holds(addresses[i]);
+        if (!isInterrupted)
+            addresses[i] = static_cast<char*>(addresses[i]) - 1;
+        isInterrupted = isDispatcher;
+    }
     return count;
 }
 
