@@ -1,14 +1,11 @@
 #include "support/ChildProcess.h"
+#include "support/CrashStack.h"
 
 #include <TuvoUtil/CallStack.h>
 
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
-#include <regex>
-#include <string>
 
 namespace {
 
@@ -31,24 +28,13 @@ TEST(SignalHandlers, StayUntilTheyAreRemoved)
 }
 
 volatile int g_depth;
-volatile int g_line;
 
-[[gnu::noinline]] int Overflow()  // NOLINT(misc-no-recursion)
+CRASHING int Overflow()  // NOLINT(misc-no-recursion)
 {
     volatile char room[4096] = {};
     g_depth = g_depth + 1;
-    g_line = __LINE__ + 1;
+    g_crashLine = __LINE__ + 1;
     return g_depth > 0 ? Overflow() + room[0] : 0;
-}
-
-void TellTheStack(int signal)
-{
-    std::string text;
-    tuvo::utl::GetCallStack(text, signal);
-    std::printf("%d", g_line);
-    std::fprintf(stderr, "%s", text.c_str());
-    std::fflush(stdout);
-    std::_Exit(9);
 }
 
 CHILD_SCENARIO(OverflowTheStack)
@@ -59,12 +45,7 @@ CHILD_SCENARIO(OverflowTheStack)
 
 TEST(SignalHandlers, TellOfAStackOverflow)
 {
-    const ChildResult result = RunChild("OverflowTheStack");
-    EXPECT_EQ(result.exitCode, 9);
-    const std::string innermost = result.errors.substr(0, 2000);
-    EXPECT_EQ(innermost.find("Signal SIGSEGV caught\n\t"), 0u) << innermost;
-    const std::regex frame("\tat [^\n]*Overflow[^\n]* in [^\n]*SignalTest\\.cpp: line: " + result.output + ": ");
-    EXPECT_TRUE(std::regex_search(innermost, frame)) << innermost;
+    ExpectCrashIn("Overflow", R"(SignalTest\.cpp)", "SIGSEGV", RunChild("OverflowTheStack"));
 }
 
 }  // namespace
