@@ -2,13 +2,14 @@
 
 #include "QDDebugUtl/ConfigFile.h"
 #include "TuvoMemory/ModuleNames.h"
+#include "basutl/PathText.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 
 #include <TuvoUtil/TrackedFile.h>
-#include <basutl/BuPath.h>
 
 #include <new>
+#include <string>
 #include <utility>
 
 // Ahead of the static constructors of a host that holds the library as an archive: these may set it. Not every compiler
@@ -16,6 +17,9 @@
 [[gnu::init_priority(101)]] BuString QDDebugUtl::m_sBinDir;
 
 namespace {
+
+using debugconfig::Copy;
+using debugconfig::View;
 
 constexpr wchar_t DefaultFile[] = L"MovraDebug.config";
 constexpr wchar_t DefaultModule[] = L"Vdb";
@@ -44,19 +48,10 @@ State& Process()
     return *state;
 }
 
-BuString Joined(const BuString& left, const wchar_t* right)
-{
-    BuString joined = left + BuString(right);
-    if (debugconfig::View(joined).size() != debugconfig::View(left).size() + std::wstring_view(right).size())
-        throw std::bad_alloc();
-    return joined;
-}
-
 int SetDirectory(BuString& target, const BuString& directory)
 {
     return platform::Guarded<int>(OutOfMemory, [&] {
-        BuString withSeparator = debugconfig::Copy(directory);
-        BuPathAddSeparatorW(withSeparator);
+        BuString withSeparator = Copy(JoinPath(View(directory), {}, platform::Separator()));
         std::swap(target, withSeparator);
         return Success;
     });
@@ -64,23 +59,22 @@ int SetDirectory(BuString& target, const BuString& directory)
 
 bool CanBeRead(const BuString& path)
 {
-    std::FILE* const stream =
-        TuvoFOpen(platform::Narrow(debugconfig::View(path)).c_str(), "r", modules::QDDebugUtl, __LINE__);
+    std::FILE* const stream = TuvoFOpen(platform::Narrow(View(path)).c_str(), "r", modules::QDDebugUtl, __LINE__);
     if (stream != nullptr)
         TuvoFClose(stream, modules::QDDebugUtl, __LINE__);
     return stream != nullptr;
 }
 
 // The path of a configuration file; empty when there is none.
-BuString FindFile(const wchar_t* name)
+BuString FindFile(const std::wstring& name)
 {
-    const BuString& userDirectory = Process().userDirectory;
-    if (!userDirectory.IsEmpty()) {
-        BuString path = Joined(userDirectory, name);
+    const std::wstring userDirectory(View(Process().userDirectory));
+    if (!userDirectory.empty()) {
+        BuString path = Copy(userDirectory + name);
         if (CanBeRead(path))
             return path;
     }
-    BuString path = Joined(Joined(QDDebugUtl::m_sBinDir, SiteDirectory), name);
+    BuString path = Copy(std::wstring(View(QDDebugUtl::m_sBinDir)) + SiteDirectory + name);
     return CanBeRead(path) ? path : BuString();
 }
 
@@ -92,14 +86,13 @@ int QDDebugUtl::ReadConfigInfo(int reread, const BuString& module, const BuStrin
         return ReadBefore;
     Process().isRead = true;
     BuString path;
+    BuString taker;
     const int result = platform::Guarded<int>(OutOfMemory, [&] {
         path = FindFile(file.IsEmpty() ? DefaultFile : file.GetText());
+        taker = Copy(std::wstring(module.IsEmpty() ? DefaultModule : module.GetText()));
         return path.IsEmpty() ? FileNotFound : Success;
     });
-    if (result != Success)
-        return result;
-    return Process().parameters.ReadParamsWithValues(module.IsEmpty() ? BuString(DefaultModule) : module, path, verbose,
-                                                     reread);
+    return result == Success ? Process().parameters.ReadParamsWithValues(taker, path, verbose, reread) : result;
 }
 
 int QDDebugUtl::SetUserDir(const BuString& directory)

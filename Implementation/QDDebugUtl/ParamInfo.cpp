@@ -91,11 +91,7 @@ std::string Narrow(const BuString& text)
 
 BuString WideLine(std::string_view line)
 {
-    const std::wstring wide = platform::Widen(line.substr(0, line.find('\0')));
-    BuString text(wide.c_str());
-    if (View(text).size() != wide.size())
-        throw std::bad_alloc();
-    return text;
+    return Copy(platform::Widen(line.substr(0, line.find('\0'))));
 }
 
 int SplitLine(const BuString& line, BuString& name, BuString& value)
@@ -313,15 +309,19 @@ int UtlParamInfo::ConfigCheckAndAddModule(const BuString& name, UtlModule*& modu
 int UtlParamInfo::CheckAndAddParamWithValue(const BuString* module, const BuString& name, const BuString& value)
 {
     UtlModule* target = nullptr;
-    if (module != nullptr && ConfigCheckAndAddModule(*module, target) == OutOfMemory)
+    const int added = module != nullptr ? ConfigCheckAndAddModule(*module, target) : ModuleExists;
+    if (added == OutOfMemory)
         return OutOfMemory;
     if (module == nullptr && m_registry != nullptr)
         target = m_registry->FindFirst(name).module;
     if (target == nullptr)
         return NotFound;
-    return Guarded<int>(OutOfMemory, [&] {
+    const int result = Guarded<int>(OutOfMemory, [&] {
         return m_registry->Set(*static_cast<Module*>(target), name, value) ? Success : TextIsTheSame;
     });
+    if (result == OutOfMemory && added == Success)
+        m_registry->TakeBackModule();
+    return result;
 }
 
 int UtlParamInfo::SetConfigInfo(BuString* module, const BuString& name, const BuString& value)

@@ -41,6 +41,14 @@ BuString Copy(const BuString& text)
     return copy;
 }
 
+BuString Copy(const std::wstring& text)
+{
+    BuString copy(text.c_str());
+    if (View(copy).size() != text.size())
+        throw std::bad_alloc();
+    return copy;
+}
+
 Module::Module(const BuString& name, std::size_t position) : order(position)
 {
     m_name = Copy(name);
@@ -111,6 +119,12 @@ Module& Registry::AddModule(const BuString& name)
     m_modulesByName.try_emplace(std::wstring(View(name)), module.get());
     m_modules.push_back(std::move(module));
     return *m_modules.back();
+}
+
+void Registry::TakeBackModule() noexcept
+{
+    m_modulesByName.erase(m_modulesByName.find(View(m_modules.back()->GetName())));
+    m_modules.pop_back();
 }
 
 bool Registry::Set(Module& module, const BuString& name, const BuString& text)

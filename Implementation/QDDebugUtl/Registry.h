@@ -22,6 +22,7 @@ inline std::wstring_view View(const BuString& text) noexcept
 
 // A whole copy of a text: a plain copy is empty when memory is exhausted.
 BuString Copy(const BuString& text);
+BuString Copy(const std::wstring& text);
 
 struct Parameter
 {
@@ -82,6 +83,7 @@ public:
     Holder FindFirst(const BuString& name) const noexcept;
 
     Module& AddModule(const BuString& name);
+    void TakeBackModule() noexcept;  // the one that was added last, which has no parameters
 
     // Gives a parameter a text, after adding it to the module if need be; false when it has this text already.
     bool Set(Module& module, const BuString& name, const BuString& text);

@@ -7,6 +7,7 @@
 #include "support/AllocationControl.h"
 #include "support/RecordingUpdater.h"
 #include "support/TestFiles.h"
+#include "support/TestInChild.h"
 
 #include <gtest/gtest.h>
 
@@ -28,6 +29,7 @@ TEST(DebugConfigMemory, AddingGivesAParameterOrNone)
         const int found = parameters.GetCustomConfigInfo(nullptr, Name, &integer, nullptr, nullptr);
         EXPECT_EQ(found == 0, result == 0);
         EXPECT_EQ(integer, result == 0 ? 12 : 0);
+        EXPECT_EQ(parameters.IsModuleInitialized(), result == 0 ? 1 : 0);
         EXPECT_EQ(parameters.RemoveParameter(nullptr, Name), result == 0 ? 0 : 2);
     });
     EXPECT_GT(failures, 10);
@@ -98,6 +100,40 @@ TEST(DebugConfigMemory, FilesAreReadAndWrittenWholeOrNotAtAll)
     }
     EXPECT_GT(failures, 10);
     EXPECT_LT(failures, 1000);
+}
+
+TEST_IN_CHILD(DebugConfigMemory, ADirectoryIsSetWithItsSeparatorOrNotAtAll)
+{
+    const BuString directory = L"a folder of some length";
+    const int length = directory.GetLength() + 1;
+    EXPECT_GT(allocation::ForEachFailure([&] {
+                  const int result = QDDebugUtl::SetBinDir(directory);
+                  EXPECT_EQ(result, allocation::HasFailed() ? -1 : 0);
+                  EXPECT_EQ(QDDebugUtl::m_sBinDir.GetLength(), result == 0 ? length : 0);
+              }),
+              0);
+}
+
+TEST_IN_CHILD(DebugConfigMemory, TheConfigurationIsReadIntoItsModuleOrNone)
+{
+    const TemporaryFolder folder;
+    folder.Write("MovraDebug.config", "a : 1\n");
+    QDDebugUtl::SetUserDir(folder.Path().c_str());
+    for (const BuString& module : {BuString(), Module}) {
+        bool hasFailed = true;
+        for (int n = 1; hasFailed; ++n) {
+            QDDebugUtl::ClearAll();
+            allocation::FailOnce(n);
+            const int result = QDDebugUtl::ReadConfigInfo(1, module, L"", 0);
+            hasFailed = allocation::HasFailed();
+            allocation::FailFrom(0);
+            EXPECT_EQ(result == 0, !hasFailed) << n;
+            BuTemplateArray<BuString> names;
+            QDDebugUtl::GetModuleNames(names);
+            for (int i = 0; i < names.GetCount(); ++i)
+                EXPECT_EQ(names[i], module.IsEmpty() ? BuString(L"Vdb") : module) << n;
+        }
+    }
 }
 
 TEST(DebugConfigMemory, FilesAreClosedForTheTracker)
