@@ -72,7 +72,10 @@ TEST_F(TuvoParams, RefusesWhatWouldBeLost)
         {"a : 1\n", "'#a=1'", "\"#a\" cannot be a name", 2},
         {"a : 1\n", "'a =1'", "\"a \" cannot be a name", 2},
         {"a : 1\n", "=1", "\"\" cannot be a name", 2},
-        {"a : 1\n", "dd=" + std::string(1019, 'x'), "do not fit into the 1023 bytes of a line", 2},
+        {"a : 1\n", "dd=" + std::string(1019, 'x'), "does not fit into the 1023 bytes of a line", 2},
+        {"c:" + std::string(1021, 'x'), "a=1", "does not fit into the 1023 bytes of a line", 2},
+        {"c:" + std::string(1021, ' ') + "a:1" + std::string(1020, ' ') + "#b", "a=2", "has 2 lines that are no", 1},
+        {std::string("a : 1\0 b\n", 9), "a=2", "has a line that is no parameter", 1},
     };
     for (const auto& row : rows) {
         Write(row.content);

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -49,24 +48,27 @@ struct CloseFile
     void operator()(std::FILE* file) const { TuvoFClose(file, "tuvo", __LINE__); }
 };
 
-// The number of lines of a file that hold more than white space.
+// The number of lines of a file that hold more than white space, as they are read: a long one is several, and what a NUL
+// hides is one more.
 int CountLines(const std::string& path)
 {
     const std::unique_ptr<std::FILE, CloseFile> file(TuvoFOpen(path.c_str(), "r", "tuvo", __LINE__));
     int lines = 0;
     bool isEmpty = true;
+    std::size_t column = 0;
     for (int c = 0; file != nullptr && (c = std::getc(file.get())) != EOF;) {
-        if (isEmpty && !BuIsSpace(c)) {
+        isEmpty = isEmpty || c == '\n' || c == '\0' || column == LongestLine;
+        column = c == '\n' ? 0 : column % LongestLine + 1;
+        if (isEmpty && c != '\0' && !BuIsSpace(c)) {
             isEmpty = false;
             ++lines;
         }
-        isEmpty = isEmpty || c == '\n';
     }
     return lines;
 }
 
 // Refuses what would not be the same when the file is read again.
-void CheckLine(const std::string& name, const std::string& text)
+void CheckParameter(const std::string& name, const std::string& text)
 {
     if (name.empty() || name.front() == '#' || name.back() == ' ' || name.find_first_of(":\r\n") != name.npos)
         throw Failure(Quoted(name) +
@@ -77,10 +79,6 @@ void CheckLine(const std::string& name, const std::string& text)
         throw Failure(Quoted(text) + " cannot be the text of " + Quoted(name) +
                           ": it is empty, begins with white space, or holds a line end",
                       WrongUsage);
-    if (name.size() + std::size(Between) - 1 + text.size() > LongestLine)
-        throw Failure(
-            Quoted(name) + " and its text do not fit into the " + std::to_string(LongestLine) + " bytes of a line",
-            WrongUsage);
 }
 
 // The parameters of a file.
@@ -110,7 +108,7 @@ public:
 
     void Set(const std::string& name, const std::string& text)
     {
-        CheckLine(name, text);
+        CheckParameter(name, text);
         if (m_parameters.CheckAndAddParamWithValue(&m_module, BuString(name.c_str()), BuString(text.c_str())) < 0)
             FailForMemory();
     }
@@ -137,6 +135,11 @@ public:
 
     void Write()
     {
+        for (const std::string& line : Lines())
+            if (line.size() > LongestLine)
+                throw Failure(
+                    Quoted(line) + " does not fit into the " + std::to_string(LongestLine) + " bytes of a line",
+                    WrongUsage);
         if (m_parameters.WriteInfoToFile(m_module, nullptr) != 0)
             throw Failure("cannot write the file " + m_path + "; it is as it was");
     }
@@ -151,8 +154,10 @@ void CheckComments(const std::string& path, ParameterFile& parameters)
 {
     const int others = CountLines(path) - static_cast<int>(parameters.Lines().size());
     if (others > 0)
-        throw Failure(path + " has " + std::to_string(others) +
-                      " lines that are no parameters or are repeated; --drop-comments writes it without them");
+        throw Failure(path + " has " +
+                      (others == 1 ? "a line that is no parameter or is repeated"
+                                   : std::to_string(others) + " lines that are no parameters or are repeated") +
+                      "; --drop-comments writes it without");
 }
 
 ExitCode Run(const Options& options)
