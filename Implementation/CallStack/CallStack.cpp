@@ -4,7 +4,6 @@
 #include "platform/Platform.h"
 
 #include <csignal>
-#include <cstdio>
 
 namespace {
 

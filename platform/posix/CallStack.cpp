@@ -123,6 +123,13 @@ bool Fill(ResolvedAddress& resolved, const Dl_info& symbol, const Line& line)
     return true;
 }
 
+bool ResolveInProcess(const void* address, ResolvedAddress& resolved)
+{
+    backtrace_state* const state = KnownModules().state;
+    return state != nullptr &&
+           Fill(resolved, FindSymbol(state, address), FindLine(state, reinterpret_cast<std::uintptr_t>(address)));
+}
+
 // A module that is gone, or came late, is read from its file alone. The reader takes this file for that of the program
 // and so expects it at the program's place.
 bool ResolveInFile(platform::LoggedModule& module, const void* address, ResolvedAddress& resolved)
@@ -153,15 +160,7 @@ bool ResolveInFile(platform::LoggedModule& module, const void* address, Resolved
 
 bool platform::ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept
 {
-    const auto isFilled = Guarded(false, [&] {
-        backtrace_state* const state = KnownModules().state;
-        if (state == nullptr)
-            return false;
-        return Fill(resolved, FindSymbol(state, address), FindLine(state, reinterpret_cast<std::uintptr_t>(address)));
-    });
-    if (!isFilled)
-        resolved = {};
-    return isFilled;
+    return ResolveAddress(address, NoteLoadedModules(), resolved);
 }
 
 bool platform::ResolveAddress(const void* address, std::uint32_t modules, ResolvedAddress& resolved) noexcept
@@ -169,9 +168,10 @@ bool platform::ResolveAddress(const void* address, std::uint32_t modules, Resolv
     const std::uint32_t known = KnownModules().modules;
     const std::lock_guard lock(ModuleLogMutex());
     LoggedModule* const module = FindLoggedModule(reinterpret_cast<std::uintptr_t>(address), modules);
-    if (module == nullptr || (module->IsLoaded() && module->from <= known))
-        return ResolveAddress(address, resolved);
-    const auto isFilled = Guarded(false, [&] { return ResolveInFile(*module, address, resolved); });
+    const bool isKnown = module == nullptr || (module->IsLoaded() && module->from <= known);
+    const auto isFilled = Guarded(false, [&] {
+        return isKnown ? ResolveInProcess(address, resolved) : ResolveInFile(*module, address, resolved);
+    });
     if (!isFilled)
         resolved = {};
     return isFilled;

@@ -486,11 +486,30 @@ TEST(CallStackProvider, NamesFunctionsWithoutBlanks)
 
 using PluginFunction = void* (*)(void* (*)(std::size_t, const char*, int, int));
 
-void* LeakIn(const char* name)
+void* CallPlugin(const char* name, void* (*allocate)(std::size_t, const char*, int, int))
 {
     const Plugin plugin((std::string(name) + "LeakPlugin").c_str());
     const auto leak = reinterpret_cast<PluginFunction>(plugin.Find(("LeakIn" + std::string(name) + "Plugin").c_str()));
-    return leak == nullptr ? nullptr : leak(VBuMalloc);
+    return leak == nullptr ? nullptr : leak(allocate);
+}
+
+std::string g_stack;
+
+void* WriteStack(std::size_t, const char*, int, int)
+{
+    g_stack.clear();
+    tuvo::utl::GetCallStack(g_stack, 0);
+    return g_stack.data();
+}
+
+TEST_IN_CHILD(CallStackText, KnowsPluginsThatComeLater)
+{
+    WriteStack(0, nullptr, 0, 0);  // reads what is loaded so far
+    for (const std::string name : {"First", "Second"}) {
+        ASSERT_NE(CallPlugin(name.c_str(), WriteStack), nullptr);
+        const std::regex frame("\tat LeakIn" + name + R"(Plugin in .*LeakPlugin\.cpp: line: \d+: address: 0x\d+\n)");
+        EXPECT_TRUE(std::regex_search(g_stack, frame)) << g_stack;
+    }
 }
 
 // The second plug-in comes to lie where the first one was, as far as the system does that.
@@ -500,10 +519,9 @@ TEST_IN_CHILD(CallStackProvider, KnowsPluginsThatAreUnloaded)
     Checking checking(4);
     g_state.second = 1;
     VMemSetGetFuncInfoPtr(TuvoCallStackProvider);
-    std::string text;
-    tuvo::utl::GetCallStack(text, 0);  // reads what is loaded so far
+    WriteStack(0, nullptr, 0, 0);  // reads what is loaded so far
     for (const char* const name : {"First", "Second", "First"})
-        ASSERT_NE(LeakIn(name), nullptr);
+        ASSERT_NE(CallPlugin(name, VBuMalloc), nullptr);
     std::string report = folder.NarrowPath("report");
     std::string stacks = folder.NarrowPath("stacks");
     MovraPrintMemoryLeak(report.data(), stacks.data(), nullptr, nullptr);
