@@ -1,7 +1,7 @@
 # stb_image with the faults of its release mended, most of which later ones no longer have. Each lets an image end the
 # program, hold it for ever, show memory that is not its own, or come out as noise. The mended header stands in the build
-# folder, in front of the installed one; a release that lacks a faulty line is taken as it is. tests/ImageTest.cpp has an
-# image for each.
+# folder, in front of the installed one; a release that lacks a faulty line is taken as it is. The tests have an image for
+# each fault that shows; bits that run out in a JPEG and colours below 0 in a PSD show under a sanitizer alone.
 
 file(READ ${STB_INCLUDE}/stb/stb_image.h STB_IMAGE)
 
