@@ -40,10 +40,10 @@ TUVOUTIL_API bool UtlIsDarkColor(unsigned int color);
 // of the maximum is 0.
 TUVOUTIL_API float UtlConvertColorToFloatVal(int colorIndex, float min, float max, int rangeCode);
 
-// The index of a value in single precision, truncated towards zero; not clamped, so that a value outside the scale has an index outside the
-// range. When min and max are both 0 it is half the index of the maximum: 127, 32767, 0 and 0. 0 when the scale is shorter
-// than 1e-20 an index, when the index of the maximum is 0, and when the quotient is no 64-bit integer; else the result has
-// the low 32 bits of it.
+// The index of a value in single precision, truncated towards zero; not clamped, so that a value outside the scale has an
+// index outside the range. When min and max are both 0 it is half the index of the maximum: 127, 32767, 0 and 0. 0 when
+// the scale is shorter than 1e-20 an index, when the index of the maximum is 0, and when the quotient is no 64-bit
+// integer; else the result has the low 32 bits of it.
 TUVOUTIL_API unsigned int UtlConvertFloatValToColor(float value, float min, float max, int rangeCode);
 
 // The index, of 255 at the maximum, on the scale from newMin to newMax that has the value of `index` on the scale from
