@@ -61,6 +61,7 @@ TEST(ArrayHelpersMemory, ReplacementHappensOrChangesNothing)
     // Less room is not needed: a block that cannot shrink is kept.
     allocation::FailOnce(1);
     UtlReplaceMemberWithArray(&array, &count, 8, 0, 0, nullptr);
+    EXPECT_TRUE(allocation::HasFailed());
     allocation::FailFrom(0);
     EXPECT_TRUE(count == 2 && array[0] == &many[1] && array[1] == &many[2]);
     UtlFreeAndInit(&block);
