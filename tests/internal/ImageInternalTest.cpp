@@ -102,6 +102,32 @@ TEST(DamagedImages, AreReadAsFarAsTheyGoOrNotAtAll)
     }
 }
 
+// A decoder that begins leaves the file behind its head.
+TEST(TooLargeImages, AreNotEvenBegun)
+{
+    const TemporaryFolder folder;
+    const struct
+    {
+        const char* head;
+        int channels;
+        bool isBegun;  // as bytes; floats take four times as much
+    } rows[] = {
+        {"P5 65536 32768 255\n", 0, true},
+        {"P5 65536 32769 255\n", 0, false},
+        {"P6 32768 21846 255\n", 0, false},
+        {"P5 32768 16385 255\n", 4, false},
+    };
+    for (const auto& row : rows) {
+        std::FILE* const file = platform::OpenFile(folder.Write("head", row.head).c_str(), L"rb");
+        image::Size size;
+        EXPECT_EQ(image::DecodeFloats(file, row.channels, size), nullptr);
+        EXPECT_EQ(std::ftell(file), 0) << row.head;
+        EXPECT_EQ(image::DecodeBytes(file, row.channels, size), nullptr);
+        EXPECT_EQ(std::ftell(file) != 0, row.isBegun) << row.head;
+        std::fclose(file);
+    }
+}
+
 TEST(ImageMemory, GivesTheImageOrNone)
 {
     using namespace tuvo::utl;
