@@ -92,7 +92,13 @@ TEST_F(Progress, LetsListenersComeAndGoMeanwhile)
     Add("abc");
     b.action = [&] { Remove("b"); };
     EXPECT_EQ(Called(), "ab");  // c has moved to where b was
-    EXPECT_EQ(Called(), "ac");
+    c.action = [&] { Remove("a"); };
+    Add("b");
+    EXPECT_EQ(Called(), "ac");  // b has moved to where c was
+    EXPECT_EQ(Called(), "cb");
+    c.action = nullptr;
+    Remove("c");
+    Add("ac");
     a.action = [&] { Remove("ac"); };
     EXPECT_EQ(Called(), "a");
     Called();

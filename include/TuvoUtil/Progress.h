@@ -51,7 +51,8 @@ public:
 
     // Calls every listener with the same four arguments, each with what those before it left in `value` and `flag`; 0. 1
     // when none is registered. Listeners may be added and removed meanwhile: an added one is called as well, and the one
-    // behind a listener that removed itself is not, this time. A listener may throw; those behind it are not called then.
+    // behind a listener that removed itself, or one before it, is not, this time. A listener may throw; those behind it
+    // are not called then.
     static int InvokeListeners(const double& progress, const BuString& message, double& value, int& flag);
 
     // An instance has a list of its own that nothing uses, copied as it is; empty when memory is exhausted.
