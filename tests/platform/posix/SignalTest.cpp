@@ -5,26 +5,64 @@
 
 #include <gtest/gtest.h>
 
+#include <pthread.h>
+#include <unistd.h>
+
 #include <csignal>
+#include <cstdio>
+#include <thread>
 
 namespace {
 
-int g_calls;
+volatile std::sig_atomic_t g_calls;
+
+void Count(int)
+{
+    g_calls = g_calls + 1;
+}
 
 CHILD_SCENARIO(RaiseTwice)
 {
-    tuvo::utl::AddSIgnalHandler([](int) { ++g_calls; });
+    tuvo::utl::AddSIgnalHandler(Count);
     std::raise(SIGTERM);
     std::raise(SIGTERM);
+    std::printf("%d", static_cast<int>(g_calls));
+    std::fflush(stdout);
     tuvo::utl::AddSIgnalHandler(nullptr);
-    if (g_calls == 2)
-        std::raise(SIGTERM);
+    std::raise(SIGTERM);
     return 0;
 }
 
 TEST(SignalHandlers, StayUntilTheyAreRemoved)
 {
-    EXPECT_EQ(RunChild("RaiseTwice").exitCode, 128 + SIGTERM);
+    const ChildResult result = RunChild("RaiseTwice");
+    EXPECT_EQ(result.output, "2");
+    EXPECT_EQ(result.exitCode, 128 + SIGTERM);
+}
+
+// Signals arrive while a call waits, which goes on waiting.
+CHILD_SCENARIO(WaitThroughSignals)
+{
+    int ends[2];
+    if (pipe(ends) != 0)
+        return 1;
+    tuvo::utl::AddSIgnalHandler(Count);
+    std::thread sender([waiting = pthread_self(), end = ends[1]] {
+        for (int i = 0; i < 20; ++i) {
+            pthread_kill(waiting, SIGTERM);
+            usleep(1000);
+        }
+        close(end);
+    });
+    char byte = 0;
+    const bool isAtEnd = read(ends[0], &byte, 1) == 0;
+    sender.join();
+    return isAtEnd && g_calls > 0 ? 0 : 2;
+}
+
+TEST(SignalHandlers, LetInterruptedCallsGoOn)
+{
+    EXPECT_EQ(RunChild("WaitThroughSignals").exitCode, 0);
 }
 
 volatile int g_depth;
