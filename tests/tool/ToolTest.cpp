@@ -347,10 +347,15 @@ TEST(TuvoUnits, ListsWhatTheCatalogueHolds)
 TEST(TuvoInfo, TellsWhatIsNotAsUsual)
 {
     const ChildVariables switches = {
-        {L"DISABLE_VX_HEAP", L"1"}, {L"BU_LOG_LEVEL", L"2"}, {L"TUVO_CATALOGUE", L"nowhere.xml"}};
+        {L"DISABLE_VX_HEAP", L"1"},
+        {L"BU_LOG_LEVEL", L"2"},
+        {L"TUVO_CATALOGUE", L"nowhere.xml"},
+        {L"HWLOC_SYNTHETIC", L"package:1 core:2 pu:64"},  // what Linux then takes for the machine
+    };
     const ChildResult run = Tuvo("info", {}, switches);
     for (const char* const part :
          {"Block heap        off, switched off by DISABLE_VX_HEAP\n", "Log               from level 2 on\n",
+          OnWindows() ? " usable of " : " usable of 128 logical processors, 2 cores, 1 package\n",
           "DISABLE_VX_HEAP=1\n", "cannot read the unit catalogue nowhere.xml"})
         EXPECT_TRUE(Contains(run.output, part)) << part << '\n' << run.output;
     EXPECT_EQ(run.exitCode, 0);
