@@ -1,12 +1,12 @@
 #include "QDDebugUtl/ConfigFile.h"
 
 #include "TuvoMemory/ModuleNames.h"
+#include "basutl/PathText.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 
 #include <TuvoUtil/TrackedFile.h>
 #include <basutl/BuFileUtl.h>
-#include <basutl/BuPath.h>
 
 #include <cstdio>
 #include <memory>
@@ -37,11 +37,11 @@ std::wstring_view LastComponent(const BuString& path)
 // The same text for two spellings of one path. The last name is not followed when it is a link: it is replaced as one.
 std::wstring PlaceOf(const BuString& path)
 {
-    const BuFileUtl absolute(BuPathMakeAbsoluteW(path, nullptr));
-    const std::wstring directory = platform::CanonicalPath(absolute.GetPath());
-    if (absolute.GetFullName().IsEmpty() || directory.empty())
-        return std::wstring(View(path));
-    return directory + platform::Separator() + absolute.GetFileName().GetText();
+    const std::size_t name = FindLastName(View(path));
+    const std::wstring folder = name == 0 ? L"." : std::wstring(View(path).substr(0, name));
+    const std::wstring resolved = platform::CanonicalPath(folder.c_str());
+    return resolved.empty() ? std::wstring(View(path))
+                            : JoinPath(resolved, View(path).substr(name), platform::Separator());
 }
 
 std::string Lines(const Module& module)

@@ -84,18 +84,23 @@ TEST(DebugConfigMemory, FilesAreReadAndWrittenWholeOrNotAtAll)
     });
     EXPECT_GT(failures, 20);
 
+    // Two modules of one file, by two paths.
     UtlParamInfo parameters;
+    const std::wstring detour = folder.Path() + L'.' + platform::Separator() + L"file";
+    const BuString file = L"file";
     parameters.ReadParamsWithValues(Module, path, 0, 1);
+    parameters.ReadParamsWithValues(L"another", detour.c_str(), 0, 1);
     parameters.RemoveParameter(nullptr, L"first parameter");
     failures = 0;
     for (bool hasFailed = true; hasFailed && failures < 1000; ++failures) {
         platform::RemoveOneFile(folder.Path("file.new").c_str());
         folder.Write("file", content);
         allocation::FailOnce(failures + 1);
-        const int result = parameters.WriteInfoToFile(Module, nullptr);
+        const int result = parameters.WriteInfoToFile(L"", &file);
         hasFailed = allocation::HasFailed();
         allocation::FailFrom(0);
-        EXPECT_EQ(ReadTextFile(folder.Path("file")), result == 0 ? "second parameter : 2 text\n" : content) << failures;
+        const std::string written = "second parameter : 2 text\n" + content;
+        EXPECT_EQ(ReadTextFile(folder.Path("file")), result == 0 ? written : content) << failures;
         EXPECT_TRUE(result == 0 || hasFailed);
     }
     EXPECT_GT(failures, 10);
