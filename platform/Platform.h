@@ -203,8 +203,8 @@ struct ResolvedAddress
     std::uint32_t lineError = 487;
 };
 
-// What a code address stands for. Slow at first: reads the debug information of all modules. False, and `resolved` as if
-// new, when not even the function is known.
+// What a code address stands for. Slow at first: reads the debug information of all modules. False when the function
+// is not known; its line may be all the same.
 bool ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept;
 
 // Takes note of the modules that are loaded now and gives a number for this state. Cheap while none is loaded or

@@ -50,10 +50,10 @@ public:
     }
 
     // A module may have been loaded since the last look.
-    bool FindSymbol(DWORD64 address, SYMBOL_INFO& symbol) const
+    void FindSymbol(DWORD64 address, SYMBOL_INFO& symbol) const
     {
-        return m_symbol(m_process, address, nullptr, &symbol) ||
-               (m_refresh(m_process) && m_symbol(m_process, address, nullptr, &symbol));
+        if (!m_symbol(m_process, address, nullptr, &symbol) && m_refresh(m_process))
+            m_symbol(m_process, address, nullptr, &symbol);
     }
     bool FindLine(DWORD64 address, IMAGEHLP_LINE64& line) const
     {
@@ -106,9 +106,9 @@ private:
     static constinit inline SRWLOCK m_lock = SRWLOCK_INIT;
 };
 
-void Fill(ResolvedAddress& resolved, const DebugHelp& help, DWORD64 address, const SYMBOL_INFO& symbol)
+ResolvedAddress Describe(const DebugHelp& help, DWORD64 address, const SYMBOL_INFO& symbol)
 {
-    resolved = {};
+    ResolvedAddress resolved;
     resolved.function = platform::Demangle(symbol.Name);
     resolved.start = symbol.Address;
     IMAGEHLP_LINE64 line{};
@@ -120,6 +120,7 @@ void Fill(ResolvedAddress& resolved, const DebugHelp& help, DWORD64 address, con
     } else {
         resolved.lineError = GetLastError();
     }
+    return resolved;
 }
 
 // Called with the lock held.
@@ -129,7 +130,7 @@ const DebugHelp& Help()
     return help;
 }
 
-bool Resolve(DWORD64 address, ResolvedAddress& resolved)
+ResolvedAddress Resolve(DWORD64 address)
 {
     const DebugHelpLock lock;
     const DebugHelp& help = Help();
@@ -138,10 +139,10 @@ bool Resolve(DWORD64 address, ResolvedAddress& resolved)
     SYMBOL_INFO& symbol = *reinterpret_cast<SYMBOL_INFO*>(memory);
     symbol.SizeOfStruct = sizeof symbol;
     symbol.MaxNameLen = longestName;
-    if (!help.IsReady() || !help.FindSymbol(address, symbol))
-        return false;
-    Fill(resolved, help, address, symbol);
-    return !resolved.function.empty();
+    if (!help.IsReady())
+        return {};
+    help.FindSymbol(address, symbol);
+    return Describe(help, address, symbol);
 }
 
 // Counts what is loaded and unloaded from the first use on. The library that holds this is never unloaded.
@@ -217,10 +218,8 @@ private:
 
 bool platform::ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept
 {
-    const bool isFilled = Guarded(false, [&] { return Resolve(reinterpret_cast<std::uintptr_t>(address), resolved); });
-    if (!isFilled)
-        resolved = {};
-    return isFilled;
+    resolved = Guarded(ResolvedAddress(), [&] { return Resolve(reinterpret_cast<std::uintptr_t>(address)); });
+    return !resolved.function.empty();
 }
 
 std::uint32_t platform::NoteLoadedModules() noexcept

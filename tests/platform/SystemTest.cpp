@@ -91,7 +91,7 @@ TEST(CallStack, AnAddressOfNoFunctionIsNotResolved)
         EXPECT_EQ(resolved.function + resolved.file, "");
         EXPECT_EQ(resolved.start, 0u);
         EXPECT_EQ(resolved.line, -1);
-        EXPECT_EQ(resolved.lineError, 487u);
+        EXPECT_NE(resolved.lineError, 0u);
     }
 }
 
