@@ -24,9 +24,8 @@ public:
         m_library = LoadLibraryExW(L"dbghelp.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
         const HANDLE process = GetCurrentProcess();
         if (!(Find(m_getOptions, "SymGetOptions") && Find(m_setOptions, "SymSetOptions") &&
-              Find(m_initialize, "SymInitialize") && Find(m_refresh, "SymRefreshModuleList") &&
-              Find(m_load, "SymLoadModuleExW") && Find(m_symbol, "SymFromAddr") &&
-              Find(m_line, "SymGetLineFromAddr64")) ||
+              Find(m_initialize, "SymInitialize") && Find(m_load, "SymLoadModuleExW") &&
+              Find(m_symbol, "SymFromAddr") && Find(m_line, "SymGetLineFromAddr64")) ||
             !DuplicateHandle(process, process, process, &m_process, 0, FALSE, DUPLICATE_SAME_ACCESS))
             return;
         m_setOptions(m_getOptions() | SYMOPT_LOAD_LINES | SYMOPT_DEFERRED_LOADS | SYMOPT_UNDNAME);
@@ -49,12 +48,7 @@ public:
         return !modules.empty();
     }
 
-    // A module may have been loaded since the last look.
-    void FindSymbol(DWORD64 address, SYMBOL_INFO& symbol) const
-    {
-        if (!m_symbol(m_process, address, nullptr, &symbol) && m_refresh(m_process))
-            m_symbol(m_process, address, nullptr, &symbol);
-    }
+    void FindSymbol(DWORD64 address, SYMBOL_INFO& symbol) const { m_symbol(m_process, address, nullptr, &symbol); }
     bool FindLine(DWORD64 address, IMAGEHLP_LINE64& line) const
     {
         DWORD displacement = 0;
@@ -86,7 +80,6 @@ private:
     decltype(&SymGetOptions) m_getOptions = nullptr;
     decltype(&SymSetOptions) m_setOptions = nullptr;
     decltype(&SymInitialize) m_initialize = nullptr;
-    decltype(&SymRefreshModuleList) m_refresh = nullptr;
     decltype(&SymLoadModuleExW) m_load = nullptr;
     decltype(&SymFromAddr) m_symbol = nullptr;
     decltype(&SymGetLineFromAddr64) m_line = nullptr;
@@ -218,6 +211,7 @@ private:
 
 bool platform::ResolveAddress(const void* address, ResolvedAddress& resolved) noexcept
 {
+    NoteLoadedModules();
     resolved = Guarded(ResolvedAddress(), [&] { return Resolve(reinterpret_cast<std::uintptr_t>(address)); });
     return !resolved.function.empty();
 }
