@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
+#include <regex>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -153,6 +156,38 @@ TEST_F(TuvoModel, MakesSets)
     const ChildResult none = RunOn("deck.inp", "--set Louw");
     EXPECT_TRUE(Contains(none.errors, "there is no set \"Louw\"; did you mean \"Low\"?")) << none.errors;
     EXPECT_EQ(none.exitCode, 1);
+}
+
+// Ranges that overlap in every way make the set that their ids make one by one. Ids have gaps, steps meet again and again.
+TEST_F(TuvoModel, JoinsRangesThatOverlap)
+{
+    constexpr int Last = 6000;
+    std::mt19937 random(20);
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    std::string deck = "*NODE\n";
+    for (int id = 1; id <= Last; ++id)
+        if (id % 7 != 0)
+            deck += std::to_string(id) + "\n";
+    std::vector<std::string> rows;
+    for (int set = 0; set < 40; ++set) {
+        const std::string name = "S" + std::to_string(set);
+        deck += "*NSET, NSET=" + name + ", GENERATE\n";
+        std::set<int> ids;
+        for (int range = set % 4 == 0 ? 3 : 60; range > 0; --range) {
+            const int first = 1 + below(Last);
+            const int last = first + below(range % 2 == 0 ? Last : 300);
+            const int step = range % 20 == 0 ? 1 + below(9) : 40 + below(3);
+            deck += std::to_string(first) + ", " + std::to_string(last) + ", " + std::to_string(step) + "\n";
+            for (int id = first; id <= std::min(last, Last); id += step)
+                if (id % 7 != 0)
+                    ids.insert(id);
+        }
+        rows.push_back("\n" + name + "  nodes  " + std::to_string(ids.size()) + "  ");
+        deck += "*NSET, NSET=" + name + "\n" + std::to_string(*ids.begin()) + "\n";
+    }
+    const std::string output = std::regex_replace(Run(deck).output, std::regex(" +"), "  ");
+    for (const std::string& row : rows)
+        EXPECT_TRUE(Contains(output, row)) << row << output;
 }
 
 TEST_F(TuvoModel, FollowsIncludes)
@@ -405,6 +440,7 @@ TEST_F(TuvoModel, TellsWhatIsWrong)
         {"*NSET, NSET=A\nB", "27: the set \"A\" names the set \"B\", which is not defined"},
         {"*NSET, GENERATE\n1, 2", "26: *NSET names no NSET"},
         {"*NSET, NSET=A, GENERATE\n5, 1", "27: from 5 to 1 in steps of 1 there is nothing"},
+        {"*NSET, NSET=A, GENERATE\n-5, 9, 2", "27: node -5: an id is at least 1"},
         {"*MATERIAL", "26: *MATERIAL has no NAME"},
         {"*MATERIAL, NAME=X\n*ELASTIC\n1.", "27: the material has 1 of 2 constants"},
         {"*MATERIAL, NAME=X\n*ELASTIC, TYPE=ODD\n1.", "27: *ELASTIC has the unknown TYPE \"ODD\""},

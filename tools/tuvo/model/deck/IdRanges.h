@@ -26,10 +26,10 @@ public:
         std::int32_t first = 0;  // one of them
     };
 
-    // The ids that exist, rising strictly. `existing` rises strictly too.
+    // The ids that exist, rising strictly. `existing` rises strictly too. However ranges overlap, each step among them
+    // costs one walk over the ids at most.
     std::vector<std::int32_t> Expand(const std::vector<std::int32_t>& existing, Missing& missing);
 
-private:
     struct Range
     {
         std::int32_t first;
@@ -38,8 +38,10 @@ private:
         bool isGenerated;
     };
 
+private:
     void Append(const Range& range);
     void Compact();
+    bool AreInOrder() const;
 
     std::vector<Range> m_ranges;
     std::size_t m_compacted = 0;  // ranges that Compact left the last time

@@ -15,6 +15,11 @@
 namespace tool {
 namespace {
 
+const char* Noun(SetKind kind)
+{
+    return kind == SetKind::Node ? "node" : "element";
+}
+
 class KeywordReader
 {
 public:
@@ -336,7 +341,7 @@ void KeywordReader::ReadSetLine(std::string_view line)
     for (Fields fields(line); !fields.AtEnd();) {
         std::int32_t id = 0;
         const Got got = fields.Id(id);
-        if (got == Got::Value && CheckId(id, m_setKind == SetKind::Node ? "node" : "element"))
+        if (got == Got::Value && CheckId(id, Noun(m_setKind)))
             m_set->Add(id);
         if (got != Got::Other)
             continue;
@@ -355,7 +360,7 @@ void KeywordReader::ReadGeneratedLine(std::string_view line)
     std::int32_t first = 0;
     std::int32_t last = 0;
     std::int32_t step = 1;
-    if (!TakeId(fields, first) || !TakeId(fields, last))
+    if (!TakeId(fields, first) || !TakeId(fields, last) || !CheckId(first, Noun(m_setKind)))
         return;
     if (fields.Id(step) == Got::Other)
         return m_deck.Error(NoId(fields.Text()));
