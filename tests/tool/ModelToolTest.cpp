@@ -334,6 +334,89 @@ TEST_F(TuvoModel, KnowsTheElementsOfBulkData)
     EXPECT_EQ(run.errors, "");
 }
 
+// Every row is the same deck in another form: a card, and cards that stand for more like it.
+TEST_F(TuvoModel, MakesImagesOfCards)
+{
+    const std::string plain =
+        "GRID,101,,1.,10.5\nGRID,102,,1.25,10.5\nGRID,103,,1.5,10.5\nGRID,104,,1.75,10.5\nGRID,105,,2.,10.5\n";
+    const std::string decks[] = {
+        "GRID,101,,1.,10.5\n=,*(1),=,*(0.25),==$ one more\n=(3)\n",
+        "GRID,101,,1.,10.5\n=(4),*1,,*.25,=\n",
+        "GRID,101,,1.,10.5\n=3,*(1),,*(2.5-1),==\n=\n",
+        "GRID    101             1.      10.5\n=       *(1)    =       *(.25)  ==\n=(3)\n",
+        "GRID*   101                             1.              10.5\n=,*(1),=,*(.25),==\n$\n=(3)\n",
+        "GRID,103,,1.5,10.5\n=(2),*(-1),=,*(-.25),=\nGRID,104,=,1.75,=\nGRID,*(1),=,*(.25),=\n",
+    };
+    const ChildResult expected = Run(plain, {}, "deck.bdf");
+    for (const std::string& deck : decks) {
+        const ChildResult run = Run(deck, {}, "deck.bdf");
+        EXPECT_EQ(run.output, expected.output) << deck;
+        EXPECT_EQ(run.errors, "") << deck;
+    }
+
+    // Of cards of several lines too: fields go on, "==" ends with its line when another one follows.
+    const std::string nodes = "GRID,1\n=(99),*(1),==\n";
+    for (const char* const images :
+         {"=,*(1),=,*(8),*(8),*(8),*(8),*(8),*(8)\n,*(8),*(8)\n", "=,*(1),==\n,7,8\n", "=(1),*(1),==\n"})
+        EXPECT_TRUE(Contains(Run(nodes + "CHEXA,1,1,1,2,3,4,5,6\n,7,8\n" + images + "=(2)\n", {}, "deck.bdf").output,
+                             "\n    4    CHEXA (8 nodes)  solid  1"))
+            << images;
+
+    const struct
+    {
+        const char* lines;  // behind a first one
+        const char* message;
+    } rows[] = {
+        {"=(0)", "2: \"=(0)\" asks for no number of images from 1 to 10000000"},
+        {"=(20000000)", "2: \"=(20000000)\" asks for no number of images from 1 to 10000000"},
+        {"=(x)", "2: \"=(X)\" asks for no number of images from 1 to 10000000"},
+        {"=,*(1),=,=,=,*(1.)", "2: \"*(1.)\" cannot be added to \"\""},
+        {"=(3),*(2147483647)", "2: GRID: \"2147483648\" is above 2147483647, the largest id"},
+    };
+    for (const auto& [lines, message] : rows) {
+        const std::string errors = Run(std::string("GRID,1\n") + lines + "\nGRID,9\n", {}, "deck.bdf").errors;
+        EXPECT_EQ(errors.rfind(std::string("tuvo: error: deck.bdf:") + message + "\n", 0), 0U) << lines << errors;
+    }
+    EXPECT_EQ(Run("=(3)\nGRID,1\n", {}, "deck.bdf").errors,
+              "tuvo: error: deck.bdf:1: there is no card in front of it that it could repeat\n");
+}
+
+TEST_F(TuvoModel, MakesSetsOfTheCaseControl)
+{
+    const ChildResult run =
+        Run("SOL 101\nCEND\nTITLE = A plate, loaded,\n"
+            "SET 1 = 5\nSET 2 = 5, 6, 10 THRU 55 EXCEPT 15, 16, 77, 78, 90 THRU 95 $ 77 lies outside\n"
+            "set 3 = all\nSET 4=1 THRU 5,\n 7,$\n$\n  9\nSET 5 = 1. ,2.\nSET 6 = M1, M2\n"
+            "SET 7 = 1 THRU 3 EXCEPT 2\nSET 8 = 90 THRU 100 EXCEPT 90,95,100\n"
+            "DISP(SORT1,PUNCH) = 2\nSTRESS = 3\nECHO = NONE\n"
+            "SUBCASE 20\n  LOAD = 1\n  SET 4 = 8\n  VELOCITY=4\n  ESE=7\n"
+            "SUBCASE = 30\n  SPCFORCES(PLOT)=4\n  OLOAD=7\n  FORCE=ALL\n  SET 8 = 5 THRU\n"
+            "BEGIN BULK\nGRID,1\n=(99),*(1),==\nCONM2,1,5\n=(9),*(1),==\nENDDATA\n",
+            {}, "deck.bdf");
+    EXPECT_EQ(run.output.substr(0, run.output.find("\nExtent")),
+              "A plate, loaded,\n"
+              "\n"
+              "Count  Type              Class  Ids\n"
+              "  100  nodes                    1-100\n"
+              "   10  elements\n"
+              "   10    CONM2 (1 node)  other  1-10\n"
+              "\n"
+              "Set               Kind      Size  Ids\n"
+              "SET 1             nodes        1  5\n"
+              "SET 1             elements     1  5\n"
+              "SET 2             nodes       54  5-6,10-14,17-55,77-78,90-95\n"
+              "SET 3             elements    10  1-10\n"
+              "SET 4             nodes        7  1-5,7,9\n"
+              "SET 7             nodes        2  1,3\n"
+              "SET 7             elements     2  1,3\n"
+              "SET 8             nodes        8  91-94,96-99\n"
+              "SET 8             elements     0\n"
+              "SUBCASE 20 SET 4  nodes        1  8\n"
+              "SUBCASE 30 SET 8  nodes        0\n"
+              "SUBCASE 30 SET 8  elements     0\n");
+    EXPECT_EQ(run.errors, "tuvo: error: deck.bdf:27: SUBCASE 30 SET 8: there is no id behind THRU\n");
+}
+
 // ---- Volume and mass -----------------------------------------------------------------------------------------------
 
 // Shapes between (0, 0, 0) and (1, 2, 3), each alone: its volume is a part of 6.

@@ -24,11 +24,20 @@ struct BulkCard
 
     // The data fields behind the name, eight for each line (four in the large form, which counts as half a line), without
     // blanks around them; "" behind the last one.
-    std::string_view Field(std::size_t position) const;
-    std::size_t FieldCount() const { return m_fields.size(); }  // without empty ones at the end
+    std::string_view Field(std::size_t position) const
+    {
+        if (position >= m_fields.size())
+            return {};
+        return std::string_view(m_text).substr(m_fields[position].start, m_fields[position].size);
+    }
+    std::size_t FieldCount() const { return m_fields.size(); }
+
+    void Clear();
+    void AddField(std::string_view field);
+    void FillUp(std::size_t count) { m_fields.resize(count, {0, 0}); }  // by empty fields
+    void DropEmptyEnd();                                                // the empty fields behind all others
 
 private:
-    friend class BulkCardReader;
     struct Piece
     {
         std::size_t start;
@@ -36,35 +45,6 @@ private:
     };
     std::string m_text;
     std::vector<Piece> m_fields;
-};
-
-class BulkCardReader
-{
-public:
-    explicit BulkCardReader(DeckText& deck) : m_deck(deck) {}
-
-    // The next card; false at ENDDATA and at the end of the deck. INCLUDE is followed.
-    bool Next(BulkCard& card);
-
-private:
-    struct Form
-    {
-        bool isFree;
-        bool isLarge;
-    };
-
-    bool ReadLine();
-    bool FollowInclude(std::string_view line);
-    bool IsContinuation() const;
-    Form FormOf() const;
-    void Append(BulkCard& card) const;
-    void AppendFree(BulkCard& card, std::size_t most) const;
-    void AppendFixed(BulkCard& card, bool isLarge) const;
-
-    DeckText& m_deck;
-    bool m_hasLine = false;
-    std::string m_line;  // the next line, without comment and tabs
-    Place m_place;
 };
 
 }  // namespace tool

@@ -1,6 +1,6 @@
 #include "tools/tuvo/model/deck/BulkDeck.h"
 
-#include "tools/tuvo/model/deck/BulkCard.h"
+#include "tools/tuvo/model/deck/BulkCardReader.h"
 #include "tools/tuvo/model/deck/BulkMaterial.h"
 #include "tools/tuvo/model/deck/CoordinateSystems.h"
 #include "tools/tuvo/model/deck/Fields.h"
@@ -57,7 +57,9 @@ std::string MaterialName(std::int32_t id)
 class BulkReader
 {
 public:
-    BulkReader(DeckText& deck, Model& model) : m_deck(deck), m_builder(model, deck), m_cards(deck) {}
+    BulkReader(DeckText& deck, Model& model)
+        : m_deck(deck), m_model(model), m_builder(model, deck), m_cards(deck, m_control)
+    {}
 
     void Read();
 
@@ -79,9 +81,11 @@ private:
     void Error(std::string text) { m_deck.Add(Severity::Error, m_card.place, m_card.name + ": " + std::move(text)); }
 
     DeckText& m_deck;
+    Model& m_model;
     ModelBuilder m_builder;
+    CaseControl m_control;
     BulkCardReader m_cards;
-    BulkCard m_card;
+    const BulkCard& m_card = m_cards.Card();
     CoordinateSystems m_systems;
     std::int32_t m_gridSystem = 0;  // of grid points that name none
 
@@ -96,8 +100,10 @@ private:
 
 void BulkReader::Read()
 {
-    while (m_cards.Next(m_card))
+    while (m_cards.Next())
         ReadCard();
+    m_model.title = m_control.Title();
+    m_control.AddSets(m_builder, m_deck);
     for (const std::string& problem : m_systems.Apply(m_builder.NodesSoFar()))
         m_deck.Add(Severity::Error, {}, problem);
     m_builder.Finish();

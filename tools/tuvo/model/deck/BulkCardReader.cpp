@@ -1,0 +1,180 @@
+#include "tools/tuvo/model/deck/BulkCardReader.h"
+
+#include "tools/tuvo/NumberText.h"
+#include "tools/tuvo/model/deck/ModelBuilder.h"
+
+#include <TuvoUtil/StringBreak.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace tool {
+namespace {
+
+constexpr std::size_t FieldWidth = 8;
+
+// A line without its comment, tabs turned into blanks.
+void TakeLine(std::string_view line, std::string& taken)
+{
+    taken.clear();
+    for (const char c : line.substr(0, line.find('$'))) {
+        if (c == '\t')
+            taken.append(FieldWidth - taken.size() % FieldWidth, ' ');
+        else
+            taken += c;
+    }
+    taken.erase(taken.find_last_not_of(' ') + 1);
+}
+
+}  // namespace
+
+// Makes m_line the next line that says something.
+bool BulkCardReader::ReadLine()
+{
+    std::string_view line;
+    while (m_deck.Next(line)) {
+        TakeLine(line, m_line);
+        if (m_line.empty() || FollowInclude(m_line))
+            continue;
+        m_place = m_deck.Where();
+        if (m_isInFront && TakeControl())
+            continue;
+        return m_hasLine = true;
+    }
+    return m_hasLine = false;
+}
+
+// Whether m_line is a command in front of the bulk data. These begin behind BEGIN BULK, or with a grid point.
+bool BulkCardReader::TakeControl()
+{
+    const std::string word = UpperCase(std::string_view(m_line).substr(0, m_line.find_first_of(" ,*")));
+    m_isInFront = word != "BEGIN" && word != "GRID";
+    return m_isInFront && m_control.Take(m_line, m_place);
+}
+
+bool BulkCardReader::FollowInclude(std::string_view line)
+{
+    constexpr std::string_view Keyword = "INCLUDE";
+    if (line.size() <= Keyword.size() || UpperCase(line.substr(0, Keyword.size())) != Keyword)
+        return false;
+    std::string_view name = Trimmed(line.substr(Keyword.size()));
+    if (name.size() < 2 || (name.front() != '\'' && name.front() != '"'))
+        return false;
+    name = name.substr(1, name.find(name.front(), 1) - 1);
+    if (name.empty())
+        m_deck.Error("INCLUDE names no file");
+    else
+        m_deck.Include(std::string(name));
+    return true;
+}
+
+bool BulkCardReader::IsContinuation() const
+{
+    return m_line.front() == ' ' || m_line.front() == ',' || m_line.front() == '+' || m_line.front() == '*';
+}
+
+BulkCardReader::Form BulkCardReader::FormOf() const
+{
+    const std::size_t comma = m_line.find(',');
+    const bool isFree = comma != m_line.npos;
+    const std::string_view first =
+        Trimmed(std::string_view(m_line).substr(0, isFree ? comma : std::min(FieldWidth, m_line.size())));
+    return {isFree, !first.empty() && (first.front() == '*' || first.back() == '*')};
+}
+
+bool BulkCardReader::Next()
+{
+    for (;;) {
+        if (!m_replication.HasMore()) {
+            if (!ReadCard())
+                return false;
+            if (!m_hasReferences && !Replication::IsReferenceName(m_card.name)) {
+                m_replication.Forget();
+                return true;
+            }
+            if (const std::string problem = m_replication.Begin(m_card, m_previous); !problem.empty()) {
+                m_deck.Add(Severity::Error, m_card.place, problem);
+                m_card.Clear();
+                continue;
+            }
+        }
+        const std::string problem = m_replication.Next(m_card);
+        if (problem.empty())
+            return true;
+        m_deck.Add(Severity::Error, m_card.place, problem);
+    }
+}
+
+// Makes m_card what the next lines say, and m_previous what it was.
+bool BulkCardReader::ReadCard()
+{
+    std::swap(m_card, m_previous);
+    m_card.Clear();
+    m_hasReferences = false;
+    do {
+        if (!m_hasLine && !ReadLine())
+            return false;
+        m_hasLine = !IsContinuation();  // one that continues nothing is passed over
+    } while (!m_hasLine);
+    m_card.place = m_place;
+    const std::string_view name = std::string_view(m_line).substr(0, m_line.find_first_of(", *"));
+    m_card.name = UpperCase(Replication::IsReferenceName(name) ? name : name.substr(0, FieldWidth));
+    if (m_card.name == "ENDDATA") {
+        m_deck.Stop();
+        return m_hasLine = false;
+    }
+    do
+        Append();
+    while (ReadLine() && IsContinuation());
+    m_card.DropEmptyEnd();
+    return true;
+}
+
+// Adds the data fields of m_line, filled up to a whole line of them.
+void BulkCardReader::Append()
+{
+    const Form form = FormOf();
+    const std::size_t most = form.isLarge ? 4 : 8;
+    const std::size_t whole = m_card.FieldCount() + most;
+    if (form.isFree)
+        AppendFree(most);
+    else
+        AppendFixed(form.isLarge);
+    m_card.FillUp(whole);
+}
+
+void BulkCardReader::AppendField(std::string_view field)
+{
+    m_hasReferences = m_hasReferences || Replication::IsReference(field);
+    m_card.AddField(field);
+}
+
+void BulkCardReader::AppendFree(std::size_t most)
+{
+    const std::string_view line = m_line;
+    std::size_t start = line.find(',') + 1;
+    for (std::size_t i = 0; i < most && start <= line.size(); ++i) {
+        const std::size_t end = std::min(line.find(',', start), line.size());
+        AppendField(Trimmed(line.substr(start, end - start)));
+        start = end + 1;
+    }
+}
+
+void BulkCardReader::AppendFixed(bool isLarge)
+{
+    static constexpr std::array<int, 9> Small = {8, 8, 8, 8, 8, 8, 8, 8, 8};
+    static constexpr std::array<int, 5> Large = {8, 16, 16, 16, 16};
+    std::array<int, 9> widths = Small;
+    if (isLarge)
+        std::copy(Large.begin(), Large.end(), widths.begin());
+    std::array<char*, 9> fields;
+    std::array<char, std::size_t{9} * (16 + 2)> buffer;
+    std::string line = m_line;
+    const int count = isLarge ? 5 : 9;
+    UtlBreakString(count, fields.data(), line.data(), widths.data(), buffer.data());
+    for (int i = 1; i < count; ++i)
+        AppendField(Trimmed(fields[static_cast<std::size_t>(i)]));
+}
+
+}  // namespace tool
