@@ -94,6 +94,31 @@ TEST_F(ModelOutput, TheReportHasTheTablesThatAreShown)
         EXPECT_TRUE(written.contains(line)) << line << "\n" << report;
 }
 
+TEST_F(ModelOutput, TheGuessIsInTheReportAndThePage)
+{
+    m_folder.Write("guess.inp",
+                   "*MATERIAL,NAME=<b>A\n*ELASTIC\n210000,.3\n*DENSITY\n7.85e-9\n"
+                   "*MATERIAL,NAME=B\n*ELASTIC\n70000,.3\n");
+    const ChildResult run = Run("--guess --report F/report.txt --html F/page.html", "F/guess.inp");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_TRUE(Contains(Text("report.txt"),
+                         "\n\nGuess at the unit system\nUnit system \tFit \tWhy \n\n"
+                         "mm, ton, s, K (N, MPa) or mm, ton, s, degC (N, MPa) \tlikely \t"
+                         "<b>A is like steel: E 2.1e+11 Pa, Density 7.85e+03 kg/m^3 \t\n"
+                         " \t \tB is like aluminium: E 7e+10 Pa \t\n"))
+        << Text("report.txt");
+    EXPECT_TRUE(Contains(Text("page.html"), "<h2>Guess at the unit system</h2>"));
+    EXPECT_TRUE(Contains(Text("page.html"), "<td>likely</td><td>&lt;b&gt;A is like steel: E"));
+
+    // Without a guess the other tables are written.
+    m_folder.Write("none.inp", "*MATERIAL,NAME=M\n");
+    const ChildResult none = Run("--guess --report F/report.txt", "F/none.inp");
+    EXPECT_TRUE(Contains(none.errors, "the unit system cannot be guessed")) << none.errors;
+    EXPECT_EQ(none.exitCode, 1);
+    EXPECT_TRUE(Contains(Text("report.txt"), "M \tnone"));
+    EXPECT_FALSE(Contains(Text("report.txt"), "Guess"));
+}
+
 TEST_F(ModelOutput, ThePageDrawsWhatIsSeen)
 {
     EXPECT_EQ(Run("--html F/page.html").exitCode, 0);

@@ -493,9 +493,6 @@ TEST_F(TuvoModel, GuessesTheUnits)
         EXPECT_TRUE(Contains(run.output, std::string("\nUnit system: ") + system)) << constants << run.output;
         EXPECT_TRUE(Contains(run.output, reason)) << constants << run.output;
     }
-    const ChildResult none = Run("*MATERIAL, NAME=M\n", "--guess");
-    EXPECT_TRUE(Contains(none.errors, "the unit system cannot be guessed")) << none.errors;
-    EXPECT_EQ(none.exitCode, 1);
 }
 
 // ---- Bad input -----------------------------------------------------------------------------------------------------

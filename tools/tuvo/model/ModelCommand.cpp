@@ -105,12 +105,17 @@ ExitCode Show(const Options& options, const std::optional<CatalogueFile>& catalo
     const std::vector<std::size_t> sets = SelectSets(model, options.set);
     const std::vector<UnitGuess> guesses = options.guess ? GuessUnits(model, *catalogue) : std::vector<UnitGuess>();
     const ModelUnits units = catalogue ? FindUnits(model, options, *catalogue) : ModelUnits();
-    const std::vector<SummaryTable> tables = Measure(model, sets, units);
+    std::vector<SummaryTable> tables = Measure(model, sets, units);
     WriteSummary(std::cout, model, tables);
-    if (options.guess)
+    if (!guesses.empty()) {
         WriteGuesses(std::cout, guesses, *catalogue);
+        tables.push_back(ListGuesses(guesses, *catalogue));
+    }
+    const bool cannotGuess = options.guess && guesses.empty();
+    if (cannotGuess)
+        PostError("the unit system cannot be guessed: no material has a modulus, a density or a thermal constant");
     outputs.Write(model, sets, tables, units);
-    return model.problems.errors > 0 ? WorkFailed : Done;
+    return model.problems.errors > 0 || cannotGuess ? WorkFailed : Done;
 }
 
 // Asks the library once for all that will be asked, so that what it keeps of the catalogue for good is there before the

@@ -36,7 +36,7 @@ struct UnitGuess
 {
     std::vector<int> systems;          // ids: they differ in what no material of the model tells
     double distance = 0.0;             // from the nearest real materials: 0 the same, 1 a factor of e in each constant
-    std::vector<std::string> reasons;  // a line for each material
+    std::vector<std::string> reasons;  // a line for each material, with its name as the deck has it
 };
 
 // The likeliest first; none when no material has constants that tell.

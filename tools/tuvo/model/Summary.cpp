@@ -131,6 +131,42 @@ std::optional<SummaryTable> WeighSolids(const Model& model, const ModelUnits& un
     return summary;
 }
 
+struct ShownGuess
+{
+    const char* introduction;
+    const char* fit;
+    std::string systems;
+    const std::vector<std::string>* reasons;
+};
+
+std::string Titles(const std::vector<int>& systems, const CatalogueFile& catalogue)
+{
+    std::string titles;
+    for (const int system : systems)
+        titles += (titles.empty() ? "" : " or ") + FindSystem(catalogue, system)->Title();
+    return titles;
+}
+
+std::vector<ShownGuess> Judge(const std::vector<UnitGuess>& guesses, const CatalogueFile& catalogue)
+{
+    constexpr std::size_t MostShown = 3;
+    constexpr double PoorFit = 0.7;  // twice or half of the real constants, as a mean
+    std::vector<ShownGuess> shown;
+    for (const UnitGuess& guess : guesses) {
+        const bool isPoor = guess.distance > PoorFit;
+        if (shown.size() == MostShown || (isPoor && !shown.empty()))
+            break;
+        ShownGuess& judged = shown.emplace_back();
+        judged.introduction = isPoor              ? "No unit system fits well; the nearest: "
+                              : shown.size() == 1 ? "Unit system: "
+                                                  : "Less likely: ";
+        judged.fit = isPoor ? "poor, but the best" : shown.size() == 1 ? "likely" : "less likely";
+        judged.systems = Titles(guess.systems, catalogue);
+        judged.reasons = &guess.reasons;
+    }
+    return shown;
+}
+
 }  // namespace
 
 std::vector<SummaryTable> Summarise(const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units)
@@ -156,29 +192,24 @@ void WriteSummary(std::ostream& out, const Model& model, const std::vector<Summa
     }
 }
 
+SummaryTable ListGuesses(const std::vector<UnitGuess>& guesses, const CatalogueFile& catalogue)
+{
+    Table table({{"Unit system"}, {"Fit"}, {"Why"}});
+    for (const ShownGuess& guess : Judge(guesses, catalogue)) {
+        std::string systems = guess.systems;
+        std::string fit = guess.fit;
+        for (const std::string& reason : *guess.reasons)
+            table.AddRow({std::exchange(systems, {}), std::exchange(fit, {}), reason});
+    }
+    return {"Guess at the unit system", std::move(table), {}};
+}
+
 void WriteGuesses(std::ostream& out, const std::vector<UnitGuess>& guesses, const CatalogueFile& catalogue)
 {
-    constexpr std::size_t MostShown = 3;
-    constexpr double PoorFit = 0.7;  // twice or half of the real constants, as a mean
-    if (guesses.empty())
-        throw Failure("the unit system cannot be guessed: no material has a modulus, a density or a thermal constant");
-    for (std::size_t i = 0; i < std::min(guesses.size(), MostShown); ++i) {
-        const UnitGuess& guess = guesses[i];
-        const bool isPoor = guess.distance > PoorFit;
-        if (isPoor && i > 0)
-            break;
-        out << '\n'
-            << (isPoor   ? "No unit system fits well; the nearest: "
-                : i == 0 ? "Unit system: "
-                         : "Less likely: ");
-        const char* divide = "";
-        for (const int system : guess.systems) {
-            out << divide << FindSystem(catalogue, system)->Title();
-            divide = " or ";
-        }
-        out << '\n';
-        for (const std::string& reason : guess.reasons)
-            out << "  " << reason << '\n';
+    for (const ShownGuess& guess : Judge(guesses, catalogue)) {
+        out << '\n' << guess.introduction << guess.systems << '\n';
+        for (const std::string& reason : *guess.reasons)
+            out << "  " << Printable(reason) << '\n';
     }
 }
 

@@ -26,7 +26,8 @@ std::vector<SummaryTable> Summarise(const Model& model, const std::vector<std::s
 // The title of the model and its tables.
 void WriteSummary(std::ostream& out, const Model& model, const std::vector<SummaryTable>& tables);
 
-// The unit systems that suit the materials best, with the reasons.
+// Those of the guesses that are worth showing, at least the first, as a table for files and as lines for the terminal.
+SummaryTable ListGuesses(const std::vector<UnitGuess>& guesses, const CatalogueFile& catalogue);
 void WriteGuesses(std::ostream& out, const std::vector<UnitGuess>& guesses, const CatalogueFile& catalogue);
 
 // The positions of the sets whose names match a pattern with '*' and '?', in any case; all for an empty one. Throws

@@ -1,5 +1,4 @@
 #include "tools/tuvo/Catalogue.h"
-#include "tools/tuvo/Console.h"
 #include "tools/tuvo/Conversion.h"
 #include "tools/tuvo/NumberText.h"
 #include "tools/tuvo/model/ModelUnits.h"
@@ -124,7 +123,7 @@ Constants Guesser::InSi(const Material& material, int unitSystem) const
 std::string Guesser::Reason(const Material& material, const Constants& constants, const Nearness& nearness) const
 {
     const int si = VUnitUtlGetBaseUnitSystemId();
-    std::string text = Printable(material.name) + " is like " + nearness.material->name + ":";
+    std::string text = material.name + " is like " + nearness.material->name + ":";
     const char* divide = " ";
     for (std::size_t i = 0; i < Told.size(); ++i) {
         if (!constants[i])
