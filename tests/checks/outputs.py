@@ -3,6 +3,7 @@
 Full disks are played by a limit on the size of files and by /dev/full, interruptions by signals: skipped on Windows.
 """
 
+import gzip
 import pathlib
 import signal
 import subprocess
@@ -55,6 +56,16 @@ with tempfile.TemporaryDirectory() as path:
             pass  # the files are opened in the order of the options
         run.send_signal(number)
         check(f"{number.name}", run, 128 + number, "tuvo: error: interrupted", folder, names)
+
+    packed = folder / f"tuvo_interrupted_{folder.name}.inp.gz"
+    packed.write_bytes(gzip.compress(b"*NODE\n" + b"1, 2., 3., 4.\n" * 3_000_000, 1))
+    run = subprocess.Popen([program, "model", packed], text=True, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+    while run.poll() is None and not list(pathlib.Path("/tmp").glob(packed.stem + "*")):
+        pass
+    run.send_signal(signal.SIGTERM)
+    check("while a deck is unpacked", run, 128 + signal.SIGTERM, "tuvo: error: interrupted", folder, [*names, packed.name])
+    if left := list(pathlib.Path("/tmp").glob(packed.stem + "*")):
+        failures.append(f"what was unpacked is still there: {left}")
     if (folder / "page.html").read_text() != "old":
         failures.append("page.html was replaced")
 

@@ -302,6 +302,11 @@ TEST_F(ModelOutput, ItsOwnRunLeaksNothing)
         EXPECT_EQ(run.exitCode, 0) << run.errors << Text("leaks.txt");
         EXPECT_EQ(Text("leaks.txt"), "");
     }
+    m_folder.Write("circle.inp", "*NODE\n1\n*INCLUDE,INPUT=circle.inp\n");
+    const std::string errors = Run("--leaks F/leaks.txt", "F/circle.inp").errors;
+    EXPECT_TRUE(errors.starts_with("tuvo: error: F/circle.inp:3: \"circle.inp\" includes itself\n")) << errors;
+    EXPECT_EQ(CountOf(errors, "error"), 1u) << "the file that is opened again is told of once: " << errors;
+    EXPECT_EQ(Text("leaks.txt"), "");
 }
 
 TEST_F(ModelOutput, TellsHowLongItTook)

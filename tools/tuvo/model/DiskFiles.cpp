@@ -1,6 +1,7 @@
 #include "tools/tuvo/model/DiskFiles.h"
 
 #include "platform/Platform.h"
+#include "tools/tuvo/Console.h"
 #include "tools/tuvo/Failure.h"
 #include "tools/tuvo/Interruption.h"
 
@@ -82,6 +83,7 @@ std::uint64_t SizeOf(const std::string& path)
 
 OpenStream OpenPlain(const std::string& path)
 {
+    const SilenceScope silence;  // the tracker would tell of a file that an include opens again
     OpenStream open;
     open.size = SizeOf(path);
     open.stream.reset(TuvoFOpen(path.c_str(), "rb", "tuvo", __LINE__));
@@ -92,11 +94,13 @@ OpenStream OpenPlain(const std::string& path)
 
 OpenStream OpenPacked(const std::string& packed)
 {
+    const InterruptionScope interruption;  // until what is unpacked can be removed
     const Text plain(UtlGetUnzippedFileName(packed.c_str()));
+    auto unpacked = std::make_unique<TemporaryFile>(plain != nullptr ? plain.get() : "");
+    ThrowIfInterrupted();
     if (plain == nullptr || !Exists(plain.get()))
         throw Failure("cannot unpack " + packed + "; is it whole, and is " +
                       (packed.ends_with(".bz2") ? "bzip2" : "gzip") + " installed?");
-    auto unpacked = std::make_unique<TemporaryFile>(plain.get());
     OpenStream open = OpenPlain(plain.get());
     open.unpacked = std::move(unpacked);
     open.unpacked->Remove();  // where an open file can be removed, nothing of it stays behind in any case
