@@ -201,6 +201,18 @@ TEST_F(TuvoModel, FollowsIncludes)
     EXPECT_EQ(run.errors, "");
 }
 
+// Names of included files in quotes, on several lines, and bare.
+TEST_F(TuvoModel, FollowsIncludesOfBulkData)
+{
+    for (const char* const name : {"two.bdf", "on$e.bdf", "six.bdf"})
+        m_folder.Write(name, "GRID," + std::to_string(name[0]) + "\n");
+    const ChildResult run =
+        Run("INCLUDE 'on$e.bdf'\ninclude two.bdf $ bare\nINCLUDE \"si \n x.bdf\" \nGRID,1\nINCLUDE 'GRID,2\n", {},
+            "deck.bdf");
+    EXPECT_TRUE(Contains(run.output, "nodes            1,111,115-116\n")) << run.output;
+    EXPECT_EQ(run.errors, "tuvo: error: deck.bdf:7: INCLUDE names no file, or without a quote at its end\n");
+}
+
 TEST_F(TuvoModel, ReadsConstantsOfEveryKind)
 {
     const ChildResult run =
@@ -332,6 +344,16 @@ TEST_F(TuvoModel, KnowsTheElementsOfBulkData)
           "PID 1  elements     4  1,7-9", "PID 2  elements     2  2-3"})
         EXPECT_TRUE(Contains(run.output, row)) << row << '\n' << run.output;
     EXPECT_EQ(run.errors, "");
+
+    const ChildResult materials =
+        Run("PLSOLID,1,11\nPSOLID,2,12\nMATHP,11,.8,.2,,1.1\nMAT11,12,1.,2.,3.,,,,7.,\n,,,1.5,4.-5\n", {}, "deck.dat");
+    EXPECT_TRUE(Contains(materials.output, "MID 11    A10           0.8\n")) << materials.output;
+    EXPECT_TRUE(Contains(materials.output,
+                         "          G12           7\n          Density       1.5\n"
+                         "          Expansion 11  4e-05\n"))
+        << materials.output;
+    EXPECT_EQ(materials.errors, "");
+    EXPECT_FALSE(Contains(Run("CTRIAX6,10,99,1,,2,,3\n", {}, "deck.dat").output, "PID 99")) << "this is a material";
 }
 
 // Every row is the same deck in another form: a card, and cards that stand for more like it.

@@ -4,6 +4,7 @@
 #include "tools/tuvo/model/deck/ModelBuilder.h"
 
 #include <TuvoUtil/StringBreak.h>
+#include <basutl/BuCharacter.h>
 
 #include <algorithm>
 #include <array>
@@ -34,8 +35,10 @@ bool BulkCardReader::ReadLine()
 {
     std::string_view line;
     while (m_deck.Next(line)) {
+        if (FollowInclude(line))
+            continue;
         TakeLine(line, m_line);
-        if (m_line.empty() || FollowInclude(m_line))
+        if (m_line.empty())
             continue;
         m_place = m_deck.Where();
         if (m_isInFront && TakeControl())
@@ -53,20 +56,37 @@ bool BulkCardReader::TakeControl()
     return m_isInFront && m_control.Take(m_line, m_place);
 }
 
+// Whether a line is INCLUDE. A name in quotes may go on in the next lines, and hold any character.
 bool BulkCardReader::FollowInclude(std::string_view line)
 {
     constexpr std::string_view Keyword = "INCLUDE";
-    if (line.size() <= Keyword.size() || UpperCase(line.substr(0, Keyword.size())) != Keyword)
+    if (line.size() <= Keyword.size() || BuToUpper(line.front()) != Keyword.front() ||
+        UpperCase(line.substr(0, Keyword.size())) != Keyword)
         return false;
-    std::string_view name = Trimmed(line.substr(Keyword.size()));
-    if (name.size() < 2 || (name.front() != '\'' && name.front() != '"'))
+    const std::string_view behind = Trimmed(line.substr(Keyword.size()));
+    const bool isQuoted = behind.front() == '\'' || behind.front() == '"';
+    if (!isQuoted && line[Keyword.size()] != ' ' && line[Keyword.size()] != '\t')
         return false;
-    name = name.substr(1, name.find(name.front(), 1) - 1);
+    const std::string name = isQuoted ? ReadQuoted(behind) : std::string(Trimmed(behind.substr(0, behind.find('$'))));
     if (name.empty())
-        m_deck.Error("INCLUDE names no file");
+        m_deck.Error("INCLUDE names no file, or without a quote at its end");
     else
-        m_deck.Include(std::string(name));
+        m_deck.Include(name);
     return true;
+}
+
+// A name behind its first quote, from as many lines as it takes; empty when no quote ends it.
+std::string BulkCardReader::ReadQuoted(std::string_view text)
+{
+    constexpr std::size_t LongestName = 4096;
+    const char quote = text.front();
+    std::string name(text.substr(1));
+    while (name.find(quote) == name.npos)
+        if (name.size() > LongestName || !m_deck.Next(text))
+            return {};
+        else
+            name += Trimmed(text);
+    return name.substr(0, name.find(quote));
 }
 
 bool BulkCardReader::IsContinuation() const

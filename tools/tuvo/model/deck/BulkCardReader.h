@@ -32,6 +32,7 @@ private:
     bool ReadLine();
     bool TakeControl();
     bool FollowInclude(std::string_view line);
+    std::string ReadQuoted(std::string_view text);
     bool IsContinuation() const;
     Form FormOf() const;
     bool ReadCard();

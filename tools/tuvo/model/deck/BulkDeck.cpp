@@ -25,11 +25,11 @@ struct ElementLayout
 constexpr ElementLayout UsualLayout = {"", 1, 2, 1};
 constexpr ElementLayout OtherLayouts[] = {
     {"CONROD", 0, 1, 1}, {"CELAS1", 1, 2, 2}, {"CELAS2", 0, 2, 2}, {"CDAMP1", 1, 2, 2}, {"CDAMP2", 0, 2, 2},
-    {"CMASS1", 1, 2, 2}, {"CMASS2", 0, 2, 2}, {"CONM1", 0, 1, 1},  {"CONM2", 0, 1, 1},
+    {"CMASS1", 1, 2, 2}, {"CMASS2", 0, 2, 2}, {"CONM1", 0, 1, 1},  {"CONM2", 0, 1, 1},  {"CTRIAX6", 0, 2, 1},
 };
 
-constexpr std::string_view PropertyCards[] = {"PSOLID", "PSHELL", "PSHEAR", "PROD",  "PTUBE",
-                                              "PBAR",   "PBARL",  "PBEAM",  "PBEAML"};
+constexpr std::string_view PropertyCards[] = {"PSOLID", "PLSOLID", "PSHELL", "PSHEAR", "PROD",
+                                              "PTUBE",  "PBAR",    "PBARL",  "PBEAM",  "PBEAML"};
 
 struct SystemCard
 {

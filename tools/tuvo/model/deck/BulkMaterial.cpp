@@ -73,14 +73,29 @@ constexpr BulkConstant Mat9[] = {{1, "G11", Stress},
                                  {27, "Expansion 23", Thermal},
                                  {28, "Expansion 13", Thermal}};
 constexpr BulkConstant Mat10[] = {{1, "Bulk modulus", Bulk}, {2, "Density", Mass}, {3, "Speed of sound", "Velocity"}};
+constexpr BulkConstant Mat11[] = {{1, "E1", Young},
+                                  {2, "E2", Young},
+                                  {3, "E3", Young},
+                                  {4, "NU12", Poisson},
+                                  {5, "NU13", Poisson},
+                                  {6, "NU23", Poisson},
+                                  {7, "G12", Shear},
+                                  {8, "G13", Shear},
+                                  {9, "G23", Shear},
+                                  {10, "Density", Mass},
+                                  {11, "Expansion 11", Thermal},
+                                  {12, "Expansion 22", Thermal},
+                                  {13, "Expansion 33", Thermal}};
+constexpr BulkConstant Mathp[] = {
+    {1, "A10", Stress}, {2, "A01", Stress}, {3, "D1", Stress}, {4, "Density", Mass}, {5, "Expansion", Thermal}};
 
 struct MaterialCard
 {
     std::string_view name;
     std::span<const BulkConstant> constants;
 };
-constexpr MaterialCard Cards[] = {{"MAT1", Mat1}, {"MAT2", Mat2}, {"MAT3", Mat3}, {"MAT4", Mat4},
-                                  {"MAT5", Mat5}, {"MAT8", Mat8}, {"MAT9", Mat9}, {"MAT10", Mat10}};
+constexpr MaterialCard Cards[] = {{"MAT1", Mat1}, {"MAT2", Mat2}, {"MAT3", Mat3},   {"MAT4", Mat4},   {"MAT5", Mat5},
+                                  {"MAT8", Mat8}, {"MAT9", Mat9}, {"MAT10", Mat10}, {"MAT11", Mat11}, {"MATHP", Mathp}};
 
 }  // namespace
 

@@ -41,10 +41,8 @@ std::string Stepped(std::string_view field, std::string_view step, std::int64_t 
 
 }  // namespace
 
-bool Replication::IsReference(std::string_view field)
+bool Replication::HasReferenceForm(std::string_view field)
 {
-    if (field.empty() || (field.front() != '=' && field.front() != '*'))
-        return false;
     double step = 0.0;
     return field == "=" || field == "==" ||
            (field.front() == '*' && ReadReal(WithoutParentheses(field.substr(1)), step) == Got::Value);

@@ -22,7 +22,10 @@ class Replication
 public:
     static constexpr std::int32_t MostImages = 10'000'000;  // of a deck: more are a slip of the pen
 
-    static bool IsReference(std::string_view field);  // "=", "==", "*(1)", "*1"
+    static bool IsReference(std::string_view field)  // "=", "==", "*(1)", "*1"
+    {
+        return !field.empty() && (field.front() == '=' || field.front() == '*') && HasReferenceForm(field);
+    }
     static bool IsReferenceName(std::string_view name) { return name.starts_with('='); }
 
     // Makes images ready that a card with such fields, or such a name, asks for. Gives what is wrong with it, and makes
@@ -37,6 +40,7 @@ public:
     void Forget() { m_isImage = false; }  // a card comes that is no image
 
 private:
+    static bool HasReferenceForm(std::string_view field);
     void TakePattern(const BulkCard& card);
 
     BulkCard m_base;
