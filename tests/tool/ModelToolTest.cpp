@@ -105,7 +105,8 @@ TEST_F(TuvoModel, ReadsEveryWayToWriteADeck)
         rewritten({{", ", "\t,\t"}, {"\n", " \t\n"}}),
         rewritten(
             {{"*NODE", "** NODE\n\n  * node"}, {"NSET", "nset"}, {"*ELEMENT, TYPE=C3D8", "*Element,type = c3d8"}}),
-        rewritten({{"*SOLID SECTION", "*SOLIDSECTION"}, {"*MATERIAL, ", "*MATERIAL,\n"}, {"*DENSITY", "* Density  "}}),
+        rewritten(
+            {{"*SOLID SECTION", "*SOLIDSECTION"}, {"*MATERIAL, ", "*MATERIAL,\n"}, {"*DENSITY", "* Density of it "}}),
         rewritten({{"2., ", "+2.0D+0, "}, {"7.85e-9", "7.85-9"}, {"0.3", ".03d1"}, {"210000.", "21d4"}}),
         rewritten({{"1, 1, 2, 5,", "1, 1, 2,\n** between\n5,"}, {"12, 15, 14", "12\n 15\n\n14,"}}),
         rewritten({{"*ELEMENT", "*NODE PRINT, NSET=Nall\nU\n*STEP\n*CLOAD\n1, 2, 3.\n*END STEP\n*ELEMENT"}}),
@@ -122,6 +123,8 @@ TEST_F(TuvoModel, ReadsEveryWayToWriteADeck)
 
 TEST_F(TuvoModel, TakesTheLastDefinition)
 {
+    EXPECT_EQ(Run("*NODE, SYSTEM=R\n1\n*NODE, SYSTEM=C\n2, 1., 90.\n").errors,
+              "tuvo: warning: deck.inp:3: CalculiX knows no SYSTEM of *NODE: the coordinates are taken as cartesian\n");
     const ChildResult run = Run(std::string(CubeNodes) + "*NODE\n16, 2., 2., 3.\n3, 2., 0., 0.\n" + CubeElements +
                                 "*ELEMENT, TYPE=C3D4, ELSET=Eall\n1, 1, 2, 5, 11\n" + CubeSteel);
     EXPECT_TRUE(Contains(run.output, "   12  nodes")) << run.output;
@@ -231,6 +234,12 @@ TEST_F(TuvoModel, ReadsConstantsOfEveryKind)
                          "          Conductivity   0.2 mW/mm/K\n          Specific heat  1.7e+09 mJ/ton/K\n"))
         << run.output;
     EXPECT_EQ(run.errors, "");
+    EXPECT_TRUE(Contains(
+        Run("*MATERIAL, NAME=A\n*ELASTIC, TYPE=ORTHO\n1,2,3,4,5,6,7,8,9\n*DENSITY\n7\n"
+            "*MATERIAL, NAME=a\n*ELASTIC\n5, .2\n*DENSITY\n8\n")
+            .output,
+        "\nMaterial  Constant  Value\nA         E         5\n          NU        0.2\n          Density   8\n"))
+        << "the last card counts";
 }
 
 // ---- NASTRAN decks -------------------------------------------------------------------------------------------------

@@ -40,7 +40,7 @@ private:
 
     void ReadCard(std::string_view line);
     void Include(const KeywordCard& card);
-    void BeginCard(const KeywordCard& card);
+    void BeginCard(KeywordCard card);
     void EndCard();
 
     void BeginNodes(const KeywordCard& card);
@@ -88,7 +88,8 @@ private:
     std::size_t m_constants = 0;  // read so far
 };
 
-// The texts of a keyword are compared as they stand here: in capitals, without blanks.
+// The texts of a keyword are compared as they stand here: in capitals, without blanks. As in CalculiX itself, what follows
+// does not matter, but for the many keywords that begin with NODE or ELEMENT.
 const KeywordReader::Keyword KeywordReader::Keywords[] = {
     {"HEADING", nullptr, &KeywordReader::ReadTitle},
     {"NODE", &KeywordReader::BeginNodes, &KeywordReader::ReadNode},
@@ -134,11 +135,11 @@ void KeywordReader::ReadCard(std::string_view line)
     std::string text(line);
     while (text.back() == ',' && text.size() < LineReader::LongestLine && m_deck.Next(line))
         text += line;
-    const KeywordCard card = ReadKeywordCard(text);
+    KeywordCard card = ReadKeywordCard(text);
     if (card.keyword == "INCLUDE")
         return Include(card);
     EndCard();
-    BeginCard(card);
+    BeginCard(std::move(card));
 }
 
 // The other file stands in place of this line, be it among the data of a card.
@@ -152,12 +153,15 @@ void KeywordReader::Include(const KeywordCard& card)
     m_deck.Include(name);
 }
 
-void KeywordReader::BeginCard(const KeywordCard& card)
+void KeywordReader::BeginCard(KeywordCard card)
 {
-    const auto* const keyword = std::find_if(std::begin(Keywords), std::end(Keywords),
-                                             [&](const Keyword& known) { return known.name == card.keyword; });
+    const auto* const keyword = std::find_if(std::begin(Keywords), std::end(Keywords), [&](const Keyword& known) {
+        const bool isWhole = known.name == "NODE" || known.name == "ELEMENT";
+        return isWhole ? card.keyword == known.name : card.keyword.starts_with(known.name);
+    });
     if (keyword == std::end(Keywords))
         return;
+    card.keyword = keyword->name;
     m_data = keyword->data;
     if (keyword->card != nullptr)
         (this->*keyword->card)(card);
@@ -215,6 +219,8 @@ bool KeywordReader::CheckId(std::int32_t id, const char* noun)
 
 void KeywordReader::BeginNodes(const KeywordCard& card)
 {
+    if (const std::string system = card.Name("SYSTEM"); !system.empty() && UpperCase(system) != "R")
+        m_deck.Warn("CalculiX knows no SYSTEM of *NODE: the coordinates are taken as cartesian");
     m_set = SetNamed(card, SetKind::Node, "NSET");
 }
 
@@ -385,7 +391,7 @@ void KeywordReader::BeginConstants(const KeywordCard& card)
     m_labels = *FindConstants(card);
     m_place = m_deck.Where();
     if (m_material != nullptr && !m_labels.empty())
-        return;
+        return RemoveConstants(*m_material, card.keyword);
     m_data = nullptr;
     m_deck.Error(m_labels.empty() ? '*' + card.keyword + " has the unknown TYPE " + Quoted(card.Name("TYPE"))
                                   : '*' + card.keyword + " stands in no material");

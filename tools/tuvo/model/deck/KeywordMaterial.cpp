@@ -2,6 +2,9 @@
 
 #include "tools/tuvo/model/deck/ModelBuilder.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace tool {
 namespace {
 
@@ -81,6 +84,18 @@ const std::span<const ConstantLabel>* FindConstants(const KeywordCard& card)
         isKnown = true;
     }
     return isKnown ? &NoLabels : nullptr;
+}
+
+void RemoveConstants(Material& material, std::string_view keyword)
+{
+    const auto isOfKeyword = [&](const MaterialValue& value) {
+        return std::any_of(std::begin(Cards), std::end(Cards), [&](const ConstantCard& card) {
+            return card.keyword == keyword &&
+                   std::any_of(card.labels.begin(), card.labels.end(),
+                               [&](const ConstantLabel& constant) { return constant.label == value.label; });
+        });
+    };
+    std::erase_if(material.values, isOfKeyword);
 }
 
 }  // namespace tool

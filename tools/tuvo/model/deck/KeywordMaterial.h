@@ -19,4 +19,7 @@ struct ConstantLabel
 // Empty when the card has a TYPE that is not known.
 const std::span<const ConstantLabel>* FindConstants(const KeywordCard& card);
 
+// Removes what an earlier card of this keyword gave, whatever its TYPE.
+void RemoveConstants(Material& material, std::string_view keyword);
+
 }  // namespace tool
