@@ -13,8 +13,8 @@ constexpr char Styles[] = R"(
 @media(prefers-color-scheme:dark){:root{--ground:#12161b;--sheet:#1a2027;--text:#e3e8ee;--faint:#97a3b0;--line:#2e3741}}
 *{box-sizing:border-box}
 body{margin:0;background:var(--ground);color:var(--text);font:15px/1.5 system-ui,sans-serif}
-main{max-width:72rem;margin:0 auto;padding:2rem 1.5rem}
-h1{margin:0;font-size:1.7rem;line-height:1.25;overflow-wrap:anywhere}
+main{max-width:72rem;margin:0 auto;padding:2rem 1.5rem;overflow-wrap:anywhere}
+h1{margin:0;font-size:1.7rem;line-height:1.25}
 h2{margin:0 0 .6rem;font-size:1.05rem}
 p{margin:.3rem 0}
 .faint{color:var(--faint)}
@@ -25,7 +25,7 @@ figcaption{display:flex;flex-wrap:wrap;gap:.4rem 1.4rem;align-items:center;margi
 figcaption p{flex-basis:100%}
 .key{display:inline-block;width:.9em;height:.9em;margin-right:.5em;border-radius:.2em;vertical-align:-.08em}
 table{border-collapse:collapse;font-variant-numeric:tabular-nums}
-th,td{padding:.28rem 1.4rem .28rem 0;text-align:left;vertical-align:top;border-bottom:1px solid var(--line);white-space:pre-wrap;overflow-wrap:anywhere}
+th,td{padding:.28rem 1.4rem .28rem 0;text-align:left;vertical-align:top;border-bottom:1px solid var(--line);white-space:pre-wrap;overflow-wrap:break-word;max-width:40em}
 th{color:var(--faint);font-weight:600;white-space:nowrap}
 tr:last-child td{border-bottom:0}
 .right{text-align:right}
