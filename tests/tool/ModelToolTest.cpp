@@ -199,6 +199,10 @@ TEST_F(TuvoModel, FollowsIncludes)
     m_folder.Write("mesh/nodes.inc", std::string(CubeNodes).substr(17));
     m_folder.Write("mesh/all.inc", "*include, input=nodes.inc\n*INCLUDE, INPUT=\"elements.inc\"\n");
     m_folder.Write("elements.inc", CubeElements);
+    m_folder.Write("circle.inc", "*INCLUDE, INPUT=mesh/../deck.inp\n*NODE\n5\n");
+    const ChildResult circle = Run("*NODE\n1\n*INCLUDE, INPUT=circle.inc\n");
+    EXPECT_EQ(circle.errors, "tuvo: error: circle.inc:1: \"mesh/../deck.inp\" includes itself\n");
+    EXPECT_TRUE(Contains(circle.output, "    2  nodes            1,5\n")) << circle.output;
     const ChildResult run = Run(std::string("*NODE, NSET=Nall\n*INCLUDE, INPUT=mesh/all.inc\n") + CubeSteel);
     EXPECT_EQ(run.output, CubeSummary);
     EXPECT_EQ(run.errors, "");
@@ -608,10 +612,14 @@ TEST_F(TuvoModel, ReadsATruncatedDeck)
 
 TEST_F(TuvoModel, ShowsNoControlCharactersOfADeck)
 {
-    const ChildResult run =
-        Run("*HEADING\nR\xC3\xB6hre \xFF \x1b[31m\n" + Cube() + "*NSET, NSET=a\x1b]0;x\n1\nb\x07\n");
+    const ChildResult run = Run("*HEADING\nR\xC3\xB6hre \xFF \x1b[31m\n" + Cube() +
+                                "*NSET, NSET=a\x1b]0;x\n1\nb\x07\n"
+                                "*INCLUDE, INPUT=\x1b]0;x\n"
+                                "*USER ELEMENT, TYPE=\x1bU, NODES=1\n*ELEMENT, TYPE=\x1bU\n1,99\n");
     EXPECT_EQ(run.output.rfind("R\xC3\xB6hre \xFF ?[31m\n\n", 0), 0U) << run.output;
-    EXPECT_FALSE(Contains(run.output + run.errors, "\x1b") || Contains(run.errors, "\x07"));
+    EXPECT_FALSE(Contains(run.output + run.errors, "\x1b") || Contains(run.errors, "\x07")) << run.errors;
+    const ChildResult bulk = Run("SUBCASE \x1b[31m\nSET 1 = 5 THRU x\nBEGIN BULK\nGRID,5\n=(\x1b)\n", {}, "deck.bdf");
+    EXPECT_FALSE(Contains(bulk.output + bulk.errors, "\x1b")) << bulk.errors;
 }
 
 TEST_F(TuvoModel, UnpacksDecks)

@@ -88,7 +88,7 @@ OpenStream OpenPlain(const std::string& path)
     open.size = SizeOf(path);
     open.stream.reset(TuvoFOpen(path.c_str(), "rb", "tuvo", __LINE__));
     if (open.stream == nullptr)
-        throw Failure("cannot read " + path + ": " + Reason());
+        throw Failure("cannot read " + Printable(path) + ": " + Reason());
     return open;
 }
 
@@ -99,7 +99,7 @@ OpenStream OpenPacked(const std::string& packed)
     auto unpacked = std::make_unique<TemporaryFile>(plain != nullptr ? plain.get() : "");
     ThrowIfInterrupted();
     if (plain == nullptr || !Exists(plain.get()))
-        throw Failure("cannot unpack " + packed + "; is it whole, and is " +
+        throw Failure("cannot unpack " + Printable(packed) + "; is it whole, and is " +
                       (packed.ends_with(".bz2") ? "bzip2" : "gzip") + " installed?");
     OpenStream open = OpenPlain(plain.get());
     open.unpacked = std::move(unpacked);
@@ -134,7 +134,7 @@ DeckFile OpenPath(const std::string& path)
     file.source = [open, shown](char* to, std::size_t room) {
         const std::size_t read = std::fread(to, 1, room, open->stream.get());
         if (read < room && std::ferror(open->stream.get()) != 0)
-            throw Failure("cannot read " + shown + ": " + Reason());
+            throw Failure("cannot read " + Printable(shown) + ": " + Reason());
         ThrowIfInterrupted();
         return read;
     };

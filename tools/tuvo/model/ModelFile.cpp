@@ -1,5 +1,6 @@
 #include "tools/tuvo/model/ModelFile.h"
 
+#include "tools/tuvo/Console.h"
 #include "tools/tuvo/Failure.h"
 #include "tools/tuvo/NumberText.h"
 #include "tools/tuvo/model/DiskFiles.h"
@@ -88,7 +89,7 @@ Model ReadModel(const std::string& path)
     const bool isEmpty = model.nodes.Count() == 0 && model.ElementCount() == 0 && model.materials.empty();
     if (isEmpty && model.problems.errors == 0) {
         if (!format)
-            throw Failure(path + " is no deck: no line of it is one of CalculiX or NASTRAN");
+            throw Failure(Printable(path) + " is no deck: no line of it is one of CalculiX or NASTRAN");
         model.problems.Add({Severity::Warning, path, 0, "there are no nodes, elements or materials in this deck"});
     }
     return model;

@@ -66,9 +66,9 @@ void DeckText::Include(const std::string& name)
     }
 }
 
-void DeckText::Add(Severity severity, const Place& place, std::string text)
+void DeckText::Add(Severity severity, const Place& place, std::string_view text)
 {
-    m_problems.Add({severity, place.file < m_names.size() ? m_names[place.file] : "", place.line, std::move(text)});
+    m_problems.Add({severity, place.file < m_names.size() ? m_names[place.file] : "", place.line, Printable(text)});
 }
 
 }  // namespace tool

@@ -52,9 +52,10 @@ public:
     void Stop() { m_open.clear(); }  // nothing more is read
 
     Place Where() const { return m_where; }
-    void Error(std::string text) { Add(Severity::Error, m_where, std::move(text)); }
-    void Warn(std::string text) { Add(Severity::Warning, m_where, std::move(text)); }
-    void Add(Severity severity, const Place& place, std::string text);
+    // Texts may hold anything that the deck does; "?" stands for its control characters.
+    void Error(std::string_view text) { Add(Severity::Error, m_where, text); }
+    void Warn(std::string_view text) { Add(Severity::Warning, m_where, text); }
+    void Add(Severity severity, const Place& place, std::string_view text);
 
 private:
     struct OpenFile
