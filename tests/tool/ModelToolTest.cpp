@@ -105,8 +105,9 @@ TEST_F(TuvoModel, ReadsEveryWayToWriteADeck)
         rewritten({{", ", "\t,\t"}, {"\n", " \t\n"}}),
         rewritten(
             {{"*NODE", "** NODE\n\n  * node"}, {"NSET", "nset"}, {"*ELEMENT, TYPE=C3D8", "*Element,type = c3d8"}}),
-        rewritten(
-            {{"*SOLID SECTION", "*SOLIDSECTION"}, {"*MATERIAL, ", "*MATERIAL,\n"}, {"*DENSITY", "* Density of it "}}),
+        rewritten({{"*SOLID SECTION", "*SOLIDSECTION"},
+                   {"*MATERIAL, ", "*MATERIAL,\n ** note\n"},
+                   {"*DENSITY", "* Density of it "}}),
         rewritten({{"2., ", "+2.0D+0, "}, {"7.85e-9", "7.85-9"}, {"0.3", ".03d1"}, {"210000.", "21d4"}}),
         rewritten({{"1, 1, 2, 5,", "1, 1, 2,\n** between\n5,"}, {"12, 15, 14", "12\n 15\n\n14,"}}),
         rewritten({{"*ELEMENT", "*NODE PRINT, NSET=Nall\nU\n*STEP\n*CLOAD\n1, 2, 3.\n*END STEP\n*ELEMENT"}}),

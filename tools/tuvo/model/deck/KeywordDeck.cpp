@@ -134,7 +134,8 @@ void KeywordReader::ReadCard(std::string_view line)
         return;
     std::string text(line);
     while (text.back() == ',' && text.size() < LineReader::LongestLine && m_deck.Next(line))
-        text += line;
+        if (!Trimmed(line).starts_with("**"))
+            text += line;
     KeywordCard card = ReadKeywordCard(text);
     if (card.keyword == "INCLUDE")
         return Include(card);
