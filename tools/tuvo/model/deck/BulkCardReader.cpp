@@ -139,7 +139,10 @@ bool BulkCardReader::ReadCard()
     } while (!m_hasLine);
     m_card.place = m_place;
     const std::string_view name = std::string_view(m_line).substr(0, m_line.find_first_of(", *"));
-    m_card.name = UpperCase(Replication::IsReferenceName(name) ? name : name.substr(0, FieldWidth));
+    const bool isReference = Replication::IsReferenceName(name);
+    m_card.name = UpperCase(isReference ? name : name.substr(0, FieldWidth));
+    if (isReference && name.size() > FieldWidth)
+        m_line.replace(0, name.size(), "=");  // nothing of it is a field
     if (m_card.name == "ENDDATA") {
         m_deck.Stop();
         return m_hasLine = false;

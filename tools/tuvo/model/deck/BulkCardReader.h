@@ -22,6 +22,8 @@ public:
 
     const BulkCard& Card() const { return m_card; }
 
+    void DropImages() { m_replication.DropImages(); }  // that would follow the card and be as wrong as it is
+
 private:
     struct Form
     {

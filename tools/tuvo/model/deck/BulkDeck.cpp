@@ -100,8 +100,12 @@ private:
 
 void BulkReader::Read()
 {
-    while (m_cards.Next())
+    while (m_cards.Next()) {
+        const std::uint64_t errors = m_model.problems.errors;
         ReadCard();
+        if (m_model.problems.errors > errors)
+            m_cards.DropImages();
+    }
     m_model.title = m_control.Title();
     m_control.AddSets(m_builder, m_deck);
     for (const std::string& problem : m_systems.Apply(m_builder.NodesSoFar()))

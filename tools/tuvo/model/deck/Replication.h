@@ -37,6 +37,7 @@ public:
     // Makes the next image. Gives what is wrong with it; there are no more then.
     std::string Next(BulkCard& image);
 
+    void DropImages() { m_left = 0; }
     void Forget() { m_isImage = false; }  // a card comes that is no image
 
 private:
