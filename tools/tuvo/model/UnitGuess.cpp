@@ -77,6 +77,17 @@ Nearness Compare(const Constants& constants, const RealMaterial& real)
     return nearness;
 }
 
+Constants Converted(const Material& material, const std::vector<Conversion>& conversions)
+{
+    Constants constants;
+    for (std::size_t i = 0; i < Told.size(); ++i) {
+        const std::optional<double> value = material.Find(Told[i].label);
+        if (value && *value > 0.0)
+            constants[i] = conversions[i].Convert(*value);
+    }
+    return constants;
+}
+
 // The real material that is nearest by the mean over its constants.
 Nearness FindNearest(const Constants& constants)
 {
@@ -99,25 +110,23 @@ public:
     std::optional<UnitGuess> Guess(int unitSystem) const;
 
 private:
-    Constants InSi(const Material& material, int unitSystem) const;
+    std::vector<Conversion> ToSi(int unitSystem) const;
     std::string Reason(const Material& material, const Constants& constants, const Nearness& nearness) const;
 
     const Model& m_model;
     const CatalogueFile& m_catalogue;
 };
 
-Constants Guesser::InSi(const Material& material, int unitSystem) const
+// How the constants in the order of Told become those in SI units.
+std::vector<Conversion> Guesser::ToSi(int unitSystem) const
 {
     const int si = VUnitUtlGetBaseUnitSystemId();
-    Constants constants;
-    for (std::size_t i = 0; i < Told.size(); ++i) {
-        const std::optional<double> value = material.Find(Told[i].label);
-        if (!value || !(*value > 0.0))
-            continue;
-        const DataType& type = FindDataType(m_catalogue, Told[i].dataType);
-        constants[i] = Conversion(m_catalogue, {type, unitSystem}, {type, si}).Convert(*value);
+    std::vector<Conversion> conversions;
+    for (const ToldConstant& told : Told) {
+        const DataType& type = FindDataType(m_catalogue, told.dataType);
+        conversions.push_back(Conversion(m_catalogue, {type, unitSystem}, {type, si}));
     }
-    return constants;
+    return conversions;
 }
 
 std::string Guesser::Reason(const Material& material, const Constants& constants, const Nearness& nearness) const
@@ -137,11 +146,12 @@ std::string Guesser::Reason(const Material& material, const Constants& constants
 
 std::optional<UnitGuess> Guesser::Guess(int unitSystem) const
 {
+    const std::vector<Conversion> toSi = ToSi(unitSystem);
     UnitGuess guess;
     double squares = 0.0;
     std::size_t count = 0;
     for (const Material& material : m_model.materials) {
-        const Constants constants = InSi(material, unitSystem);
+        const Constants constants = Converted(material, toSi);
         const Nearness nearness = FindNearest(constants);
         if (nearness.material == nullptr || nearness.count == 0)
             continue;

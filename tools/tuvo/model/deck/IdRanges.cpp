@@ -10,7 +10,7 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t SmallList = 1024;
+constexpr std::size_t SmallList = 64;
 
 using Range = IdRanges::Range;
 
