@@ -327,15 +327,19 @@ TEST_F(TuvoModel, BringsGridPointsIntoOneSystem)
         "CORD2S,3,1,0.,0.,0.,0.,0.,1.,\n,1.,0.,0.\n"     // spherical, in that
         "CORD2R,4,0,10.,0.,0.,11.,0.,0.,\n,10.,0.,1.\n"  // z' = x, x' = z, y' = -y
         "GRID,101,,10.,0.,0.\nGRID,102,1,0.,0.,1.\nGRID,103,2,1.,0.,0.\nCORD1R,5,101,102,103\n";
-    const std::string points[] = {"GRID,1,0,10.,3.,4.\n",         "GRID,1,1,0.,3.,4.\n",
-                                  "GRID,1,2,3.,90.,4.\n",         "GRID,1,3,5.,36.86989764584402,90.\n",
-                                  "GRID,1,4,4.,-3.,0.\n",         "GRID,1,5,0.,3.,4.\n",
-                                  "GRDSET,,1\nGRID,1,,0.,3.,4.\n"};
+    const std::string points[] = {"GRID,1,0,10.,3.,4.\n",          "GRID,1,1,0.,3.,4.\n",
+                                  "GRID,1,2,3.,90.,4.\n",          "GRID,1,3,5.,36.86989764584402,90.\n",
+                                  "GRID,1,4,4.,-3.,0.\n",          "GRID,1,5,0.,3.,4.\n",
+                                  "GRDSET,,1\nGRID,1,,0.,3.,4.\n", "GRID,1,,0.,3.,4.\nGRDSET,,1\n"};
     for (const std::string& point : points) {
         const ChildResult run = Run(systems + point, {}, "deck.nas");
         EXPECT_TRUE(Contains(run.output, "\ny          0   3     3\nz          0   4     4\n")) << point << run.output;
         EXPECT_EQ(run.errors, "") << point;
     }
+    EXPECT_TRUE(Contains(
+        Run("GRID,1,,1.\nGRID,2,0,20.\nGRDSET,,1\n" + systems.substr(0, systems.find("CORD2C")), {}, "deck.nas").output,
+        "\nx         11  20     9\n"))
+        << "a default counts wherever it stands, and not where 0 is given";
     EXPECT_EQ(
         Run("GRID,1,8,1.,2.,3.\nCORD2R,8,8\n", {}, "deck.nas").errors,
         "tuvo: error: deck.nas: the coordinate system 8 has no place: what it is given by is missing, lies on one "

@@ -87,7 +87,6 @@ private:
     BulkCardReader m_cards;
     const BulkCard& m_card = m_cards.Card();
     CoordinateSystems m_systems;
-    std::int32_t m_gridSystem = 0;  // of grid points that name none
 
     std::string m_elementCard;  // what the members below are about
     bool m_isElement = false;
@@ -137,7 +136,8 @@ bool BulkReader::Id(std::size_t field, std::int32_t& id, std::int32_t otherwise)
 {
     const std::string_view text = m_card.Field(field);
     id = otherwise;
-    const bool isRead = ReadId(text, id) != Got::Other && id >= 0;
+    const Got got = ReadId(text, id);
+    const bool isRead = got == Got::Nothing || (got == Got::Value && id >= 0);
     if (!isRead)
         Error(NoId(text));
     return isRead;
@@ -170,7 +170,7 @@ void BulkReader::ReadGrid()
     std::int32_t id = 0;
     std::int32_t system = 0;
     Point point;
-    if (!RequiredId(0, id) || !Id(1, system, m_gridSystem) || !Real(2, point[0]) || !Real(3, point[1]) ||
+    if (!RequiredId(0, id) || !Id(1, system, CoordinateSystems::Default) || !Real(2, point[0]) || !Real(3, point[1]) ||
         !Real(4, point[2]))
         return;
     m_systems.Select(m_builder.NodeCount(), system);
@@ -181,7 +181,7 @@ void BulkReader::ReadGridDefaults()
 {
     std::int32_t system = 0;
     if (Id(1, system, 0))
-        m_gridSystem = system;
+        m_systems.SetDefault(system);
 }
 
 void BulkReader::ReadSystem(const SystemCard& card)

@@ -162,6 +162,8 @@ bool CoordinateSystems::Resolve(std::int32_t id)
 
 std::vector<std::string> CoordinateSystems::Apply(Nodes& nodes)
 {
+    for (Run& run : m_runs)
+        run.system = run.system == Default ? m_default : run.system;
     FindNodes(nodes);
     for (std::size_t i = 0; i < m_runs.size(); ++i) {
         const auto [first, id] = m_runs[i];

@@ -27,8 +27,10 @@ public:
     // Given by three nodes in the same roles.
     void Define(std::int32_t id, Kind kind, const std::array<std::int32_t, 3>& nodes);
 
-    // From here on, nodes are given in this system; 0 is the basic one.
+    // From here on, nodes are given in this system; 0 is the basic one, Default what SetDefault says at any time.
+    static constexpr std::int32_t Default = -1;
     void Select(std::size_t firstNode, std::int32_t system);
+    void SetDefault(std::int32_t system) { m_default = system; }
 
     // Brings all nodes, which stand in the order of the deck, into the basic system. Gives what could not be: a line for
     // each system.
@@ -75,6 +77,7 @@ private:
 
     std::map<std::int32_t, System> m_systems;
     std::vector<Run> m_runs;
+    std::int32_t m_default = 0;
     std::map<std::int32_t, Named> m_nodes;
     int m_depth = 0;
     std::vector<std::string> m_problems;
