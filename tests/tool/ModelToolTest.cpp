@@ -300,7 +300,7 @@ constexpr char LargeFields[] =
     "GRID,5,0,,,1.5\n"
     "GRID,6,,1.0,,1.5 $ behind\n"
     "GRID, 7, , 1.0, 2.0, 1.5\n"
-    "GRID,8,,0.,2.,1.5,,,,\n"
+    "  GRID,8,,0.,2.,1.5,,,,\n"
     "CHEXA,1,7,1,2,3,4,5,6\n,7,8\n"
     "CTETRA  2       7       1       2       4       5\n"
     "        \n"

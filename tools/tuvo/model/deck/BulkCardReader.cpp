@@ -51,7 +51,8 @@ bool BulkCardReader::ReadLine()
 // Whether m_line is a command in front of the bulk data. These begin behind BEGIN BULK, or with a grid point.
 bool BulkCardReader::TakeControl()
 {
-    const std::string word = UpperCase(std::string_view(m_line).substr(0, m_line.find_first_of(" ,*")));
+    const std::string_view text = Trimmed(m_line);
+    const std::string word = UpperCase(text.substr(0, text.find_first_of(" ,*")));
     m_isInFront = word != "BEGIN" && word != "GRID";
     return m_isInFront && m_control.Take(m_line, m_place);
 }
@@ -89,18 +90,25 @@ std::string BulkCardReader::ReadQuoted(std::string_view text)
     return name.substr(0, name.find(quote));
 }
 
+std::string_view BulkCardReader::FirstField() const
+{
+    const std::size_t comma = m_line.find(',');
+    return Trimmed(
+        std::string_view(m_line).substr(0, comma != m_line.npos ? comma : std::min(FieldWidth, m_line.size())));
+}
+
 bool BulkCardReader::IsContinuation() const
 {
-    return m_line.front() == ' ' || m_line.front() == ',' || m_line.front() == '+' || m_line.front() == '*';
+    if (BuIsLetter(m_line.front()))
+        return false;
+    const std::string_view first = FirstField();
+    return first.empty() || first.front() == '+' || first.front() == '*';
 }
 
 BulkCardReader::Form BulkCardReader::FormOf() const
 {
-    const std::size_t comma = m_line.find(',');
-    const bool isFree = comma != m_line.npos;
-    const std::string_view first =
-        Trimmed(std::string_view(m_line).substr(0, isFree ? comma : std::min(FieldWidth, m_line.size())));
-    return {isFree, !first.empty() && (first.front() == '*' || first.back() == '*')};
+    const std::string_view first = FirstField();
+    return {m_line.find(',') != m_line.npos, !first.empty() && (first.front() == '*' || first.back() == '*')};
 }
 
 bool BulkCardReader::Next()
@@ -138,11 +146,12 @@ bool BulkCardReader::ReadCard()
         m_hasLine = !IsContinuation();  // one that continues nothing is passed over
     } while (!m_hasLine);
     m_card.place = m_place;
-    const std::string_view name = std::string_view(m_line).substr(0, m_line.find_first_of(", *"));
+    std::string_view name = Trimmed(m_line);
+    name = name.substr(0, name.find_first_of(", *"));
     const bool isReference = Replication::IsReferenceName(name);
     m_card.name = UpperCase(isReference ? name : name.substr(0, FieldWidth));
     if (isReference && name.size() > FieldWidth)
-        m_line.replace(0, name.size(), "=");  // nothing of it is a field
+        m_line.replace(m_line.find('='), name.size(), "=");  // nothing of it is a field
     if (m_card.name == "ENDDATA") {
         m_deck.Stop();
         return m_hasLine = false;

@@ -35,6 +35,7 @@ private:
     bool TakeControl();
     bool FollowInclude(std::string_view line);
     std::string ReadQuoted(std::string_view text);
+    std::string_view FirstField() const;
     bool IsContinuation() const;
     Form FormOf() const;
     bool ReadCard();
