@@ -296,7 +296,7 @@ TEST_F(ModelOutput, AFailureLeavesWhatWasThereBefore)
 
 TEST_F(ModelOutput, ItsOwnRunLeaksNothing)
 {
-    const std::string outputs = " --html F/page.html --report F/report.txt --write F/model.bin --guess";
+    const std::string outputs = " --html F/page.html --report F/report.txt --write F/model.bin --guess --eval <volume>";
     for (const std::string& options : {std::string(), outputs, outputs + " --from mm,ton,sec --to in,lbf,sec"}) {
         const ChildResult run = Run("--leaks F/leaks.txt" + options);
         EXPECT_EQ(run.exitCode, 0) << run.errors << Text("leaks.txt");

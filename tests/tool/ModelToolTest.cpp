@@ -502,6 +502,23 @@ TEST_F(TuvoModel, GivesTheMassOfEachMaterial)
         << run.output;
 }
 
+TEST_F(TuvoModel, ComputesWithItsNumbers)
+{
+    const ChildResult run = Run(Cube(),
+                                "--from mm,ton,sec --to m,kg,sec --eval '<mass>/<volume>' "
+                                "--eval '<Steel E> / (2*(1+<Steel NU>))' --eval <nodes>+<elements>+1000*<z>");
+    EXPECT_TRUE(Contains(run.output,
+                         "\n\nExpression                                 Value\n"
+                         "<mass>/<volume>                             7850\n"
+                         "<Steel E> / (2*(1+<Steel NU>))  80769230769.2308\n"
+                         "<nodes>+<elements>+1000*<z>                   16\n"))
+        << run.output;
+    const ChildResult wrong = Run(std::string(CubeNodes) + CubeElements, "--eval 2*<masse>");
+    EXPECT_TRUE(Contains(wrong.errors, "there is no value for \"masse\" at character 3")) << wrong.errors;
+    EXPECT_EQ(wrong.exitCode, 1);
+    EXPECT_EQ(RunOn("deck.inp", "--eval <mass>").exitCode, 1) << "there is no density";
+}
+
 // ---- Units ---------------------------------------------------------------------------------------------------------
 
 TEST_F(TuvoModel, ConvertsEverything)

@@ -145,4 +145,16 @@ SolidMeasures MeasureSolids(const Model& model)
     return measures;
 }
 
+MaterialMeasure Total(const SolidMeasures& measures)
+{
+    MaterialMeasure total;
+    total.mass = 0.0;
+    for (const MaterialMeasure& measure : measures.materials) {
+        total.elements += measure.elements;
+        total.volume += measure.volume;
+        total.mass = total.mass && measure.mass ? std::optional(*total.mass + *measure.mass) : std::nullopt;
+    }
+    return total;
+}
+
 }  // namespace tool

@@ -41,4 +41,7 @@ struct SolidMeasures
 
 SolidMeasures MeasureSolids(const Model& model);
 
+// All materials together: of no material; the mass is known when that of each is.
+MaterialMeasure Total(const SolidMeasures& measures);
+
 }  // namespace tool

@@ -7,6 +7,7 @@
 #include "tools/tuvo/model/ModelFile.h"
 #include "tools/tuvo/model/ModelOutputs.h"
 #include "tools/tuvo/model/ModelUnits.h"
+#include "tools/tuvo/model/ModelValues.h"
 #include "tools/tuvo/model/SelfCheck.h"
 #include "tools/tuvo/model/Summary.h"
 
@@ -30,6 +31,7 @@ struct Options
     std::string from;
     std::string to;
     std::string set;
+    std::vector<std::string> expressions;
     bool guess = false;
     OutputOptions outputs;
     bool bench = false;
@@ -41,6 +43,7 @@ constexpr char Examples[] =
     "  tuvo model bracket.inp.gz --from mm,ton,sec --to m,kg,sec\n"
     "  tuvo model bracket.inp --set \"LOAD*\"\n"
     "  tuvo model wing.bdf --guess\n"
+    "  tuvo model wing.bdf --eval \"<mass> / <volume>\"\n"
     "  tuvo model bracket.inp --html bracket.html --colour-sets\n"
     "  tuvo model bracket.inp --write bracket.bin --report bracket.txt\n"
     "\n"
@@ -106,6 +109,8 @@ ExitCode Show(const Options& options, const std::optional<CatalogueFile>& catalo
     const std::vector<UnitGuess> guesses = options.guess ? GuessUnits(model, *catalogue) : std::vector<UnitGuess>();
     const ModelUnits units = catalogue ? FindUnits(model, options, *catalogue) : ModelUnits();
     std::vector<SummaryTable> tables = Measure(model, sets, units);
+    if (!options.expressions.empty())
+        tables.push_back(Evaluate(options.expressions, ModelValues(model)));
     WriteSummary(std::cout, model, tables);
     if (!guesses.empty()) {
         WriteGuesses(std::cout, guesses, *catalogue);
@@ -163,6 +168,12 @@ Command AddModel(CLI::App& tuvo)
     command.add_option("--set", options->set, "Show only the sets whose names match, with * and ?")
         ->check(NotEmpty())
         ->type_name("PATTERN");
+    command
+        .add_option("--eval", options->expressions,
+                    "Evaluate an expression of the model's numbers, as \"<mass>/<volume>\"")
+        ->check(NotEmpty())
+        ->type_name("EXPR")
+        ->allow_extra_args(false);
     command.add_flag("--guess", options->guess, "Propose the unit system from the materials");
     command.add_flag("--bench", options->bench, "Show how long each part of the work took");
     AddOutputOptions(command, options->outputs);

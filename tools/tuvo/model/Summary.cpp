@@ -105,23 +105,14 @@ std::optional<SummaryTable> WeighSolids(const Model& model, const ModelUnits& un
     Table table({{"Solids of"}, {"Elements", Table::Right}, {"Volume", Table::Right}, {"Mass", Table::Right}});
     const std::string volumeUnit = units.Label("Volume");
     const std::string massUnit = units.Label("Mass");
-    MaterialMeasure total;
-    total.mass = 0.0;
     const auto addRow = [&](const std::string& name, const MaterialMeasure& measure) {
         table.AddRow({name, Count(measure.elements), Quantity(measure.volume, volumeUnit, MeasureDigits),
                       measure.mass ? Quantity(*measure.mass, massUnit, MeasureDigits) : "no density"});
     };
-    for (const MaterialMeasure& measure : measures.materials) {
+    for (const MaterialMeasure& measure : measures.materials)
         addRow(measure.material ? model.materials[*measure.material].name : "no material", measure);
-        total.elements += measure.elements;
-        total.volume += measure.volume;
-        if (measure.mass && total.mass)
-            *total.mass += *measure.mass;
-        else
-            total.mass.reset();
-    }
     if (measures.materials.size() > 1)
-        addRow("all", total);
+        addRow("all", Total(measures));
     SummaryTable summary = {"Volume and mass", std::move(table), {}};
     if (measures.insideOut > 0)
         summary.notes.push_back(Plural(measures.insideOut, "solid element") + " inside out");
