@@ -167,6 +167,12 @@ TEST_F(ModelOutput, AModelOfOddShapesIsDrawn)
     EXPECT_EQ(CountOf(page, "<path class=g"), 6u);
     EXPECT_TRUE(std::regex_search(page, std::regex("<path class=g0-[0-9] d=\"M[0-9]+ [0-9]+l[-0-9 ]+z\"/>")));
     EXPECT_TRUE(Contains(page, "<h2>Problems</h2>"));
+
+    for (const char* const length : {"0.", "1e-320"}) {
+        m_folder.Write("dot.inp", std::string("*NODE\n1\n2,") + length + "\n*ELEMENT,TYPE=B31\n1,1,2\n");
+        EXPECT_EQ(Run("--html F/page.html", "F/dot.inp").exitCode, 0);
+        EXPECT_TRUE(Contains(Text("page.html"), "<svg viewBox=\"0 0 300 300\"")) << length;
+    }
 }
 
 // ---- The binary file -----------------------------------------------------------------------------------------------

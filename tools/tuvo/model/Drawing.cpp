@@ -76,8 +76,8 @@ public:
         }
         const double width = right - m_left;
         const double height = m_top - low;
-        m_scale =
-            width > 0.0 || height > 0.0 ? std::min((Width - 2 * Margin) / width, (Height - 2 * Margin) / height) : 1.0;
+        const double scale = std::min((Width - 2 * Margin) / width, (Height - 2 * Margin) / height);
+        m_scale = std::isfinite(scale) ? scale : 1.0;  // what has no size, or next to none, is a dot
         m_width = static_cast<int>(width * m_scale + 2 * Margin);
         m_height = static_cast<int>(height * m_scale + 2 * Margin);
     }
