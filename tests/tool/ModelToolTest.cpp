@@ -434,6 +434,7 @@ TEST_F(TuvoModel, MakesSetsOfTheCaseControl)
             "DISP(SORT1,PUNCH) = 2\nSTRESS = 3\nECHO = NONE\n"
             "SUBCASE 20\n  LOAD = 1\n  SET 4 = 8\n  VELOCITY=4\n  ESE=7\n"
             "SUBCASE = 30\n  SPCFORCES(PLOT)=4\n  OLOAD=7\n  FORCE=ALL\n  SET 8 = 5 THRU\n"
+            "OUTPUT(PLOT)\nSET 1 = ALL\n"
             "BEGIN BULK\nGRID,1\n=(99),*(1),==\nCONM2,1,5\n=(9),*(1),==\nENDDATA\n",
             {}, "deck.bdf");
     EXPECT_EQ(run.output.substr(0, run.output.find("\nExtent")),

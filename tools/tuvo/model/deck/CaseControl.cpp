@@ -165,6 +165,9 @@ bool CaseControl::Take(std::string_view line, const Place& place)
         return true;
     }
     const std::string word = UpperCase(TakeWord(text));
+    m_isOfPlots = m_isOfPlots || (word == "OUTPUT" && text.starts_with('('));
+    if (m_isOfPlots)
+        return false;
     if (word == "SET")
         return TakeSet(text, place);
     DropParentheses(text);

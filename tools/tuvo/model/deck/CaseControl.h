@@ -49,7 +49,8 @@ private:
     std::vector<ListedSet> m_sets;
     std::unordered_map<std::string, std::size_t> m_positions;  // by name
     std::size_t m_current = 0;                                 // set that is read
-    bool m_goesOn = false;                                     // it does, in the next line
+    bool m_isOfPlots = false;  // behind OUTPUT(PLOT) and its like: what follows are sets of their own
+    bool m_goesOn = false;     // it does, in the next line
 };
 
 }  // namespace tool
