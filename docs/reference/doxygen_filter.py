@@ -6,8 +6,8 @@ The comments of a header, which stand there for its readers, become documentatio
 one in front of declarations about all that follow without an empty line between them, one behind a member about that
 member. Indented lines are examples and tables and keep their layout.
 
-A guide's links to headers lead to their pages; those to files that are no part of the reference, and to places in the
-guide itself, become plain text.
+A guide's headings get names that links to them lead to. Its links to headers lead to their pages; those to files that are
+no part of the reference become plain text.
 Every line stays where it is, so that what Doxygen complains of is found in the file.
 """
 
@@ -108,9 +108,18 @@ def documented(lines):
         i += 1
 
 
+def place(page, heading):
+    """The name of a heading: of a page, and as links write it."""
+    return f"at_{page}_{heading}"
+
+
 def linked(line):
     """A line of a guide with links that work in the reference, and with the percent signs of its formats."""
+    if heading := re.fullmatch(r"##+ (.*)", line):
+        name = re.sub(r"[^\w\- ]", "", heading[1].lower()).strip().replace(" ", "-")
+        return f"{line} {{#{place(path.stem, name)}}}"
     line = re.sub(r"\[`?([^\]`]*)`?\]\([^():]*?include/(\w+/\w+\.h)\)", r"[\1](@ref \2)", line)
+    line = re.sub(r"\]\((?:[^():]*?(\w[\w-]*)\.md)?#([\w-]+)\)", lambda link: f"](@ref {place(link[1] or path.stem, link[2])})", line)
     line = re.sub(r"(?<!!)\[([^\]]*)\]\((?!@ref|\w+:|[^()]*\.md\b)[^()]*\)", r"\1", line)
     return re.sub(r"`([^`]*%\w[^`]*)`", lambda code: f"<code>{escape(code[1])}</code>", line)
 

@@ -1,7 +1,9 @@
-"""Doxygen takes all that is public for documented, without a complaint. Skipped where it is not installed."""
+"""Doxygen takes all that is public for documented, without a complaint, and no link of its pages is dead. Skipped where it
+is not installed."""
 
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -22,13 +24,25 @@ def exported_names():
             yield name.split("::")[-1]
 
 
+def dead_links(folder):
+    """The links from page to page that lead nowhere."""
+    pages = {path.name: path.read_text(encoding="utf-8") for path in folder.glob("*.html")}
+    names = {page: set(re.findall(r'\b(?:id|name)="([^"]*)"', text)) for page, text in pages.items()}
+    for page, text in pages.items():
+        for file, place in re.findall(r'\bhref="(?!\w+:)([^"#]*)#?([^"]*)"', text):
+            target = file or page
+            if not (folder / target).exists() or (place and place not in names.get(target, {place})):
+                yield f"{page}: {file}#{place}"
+
+
 with tempfile.TemporaryDirectory() as folder:
     run = subprocess.run(["doxygen", "docs/reference/Doxyfile"], cwd=source, env=os.environ | {"TUVO_REFERENCE": folder},
                          text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
     print(run.stdout, end="")
     tags = xml.etree.ElementTree.parse(pathlib.Path(folder) / "names.xml")
     shown = {name.text.split("::")[-1] for name in tags.iter("name")}
+    dead = sorted(dead_links(pathlib.Path(folder)))
 
 missing = sorted(set(exported_names()) - shown)
-print(f"{len(shown)} names in the reference; missing: {missing}")
-sys.exit(run.returncode != 0 or bool(missing))
+print("\n".join([*dead, f"{len(shown)} names in the reference; missing: {missing}; dead links: {len(dead)}"]))
+sys.exit(run.returncode != 0 or bool(missing) or bool(dead))
