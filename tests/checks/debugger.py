@@ -13,6 +13,7 @@ source, build = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
 SHOWN = {
     "values.empty": 'L""',
     "values.text": 'L"Länge \\"quoted\\""',
+    "values.longText": 'L"' + 100 * "-=" + '"...',
     "values.path": 'L"folder/name"',
     "values.none": "BuArrayTempl<int> with 0 of 0 items",
     "values.numbers": "BuArrayTempl<int> with 3 of 4 items = {0, 10, 20}",
@@ -28,6 +29,11 @@ SHOWN = {
     "*values.system": "mm-ton (5): base units 12, 31, 44, -1",
     "*values.dataType": "Pressure (20): length^-1 mass^1 time^-2 = {[0] = MPa in system 5, [1] = Pa in system 0}",
     "values.catalogue": "0 baseUnits, 0 systems, 0 dataTypes, current system 0",
+    "*(BuString*)values.damaged": "<error reading variable: no text: damaged, or not constructed yet>",
+    "*('BuArrayTempl<int>'*)values.damaged": "BuArrayTempl<int> with 303174162 of 303174162 items = {<Cannot access memory at address 0x1212121212121212>}",
+    "*('BuTreeItemTempl<int, BuCRTAllocator>'*)values.damaged":
+        "BuTreeItemTempl<int, BuCRTAllocator> with 303174162 children = {data = 303174162, damaged = <Cannot access memory at address 0x1212121212121222>}",
+    "*(_UnitBaseTypeStr*)values.damaged": "<error reading variable: Cannot access memory at address 0x1212121212121212>",
 }
 
 

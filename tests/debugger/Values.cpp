@@ -6,18 +6,23 @@
 #include <basutl/BuTemplateArray.h>
 #include <basutl/BuTreeItemTempl.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 struct Values
 {
     BuString empty;
     BuString text = L"L\u00E4nge \"quoted\"";
+    BuString longText;
     BuString path = BuString(L"folder/") + L"name";
     BuArrayTempl<int> none;
     BuArrayTempl<int> numbers;
     BuObjectArrayTempl<BuString> words;
     BuTemplateArray<double> halves;
     BuTreeItemTempl<int> tree;
+    unsigned char damaged[64];  // what no constructor has seen
     BuErrObj plain;
     BuErrObj warning = BuErrObj(BU_ERR_WARNING, 11, L"Action cancelled");
     _UnitBaseTypeStr* baseUnit = nullptr;
@@ -35,9 +40,12 @@ void Fill(Values& values)
 {
     for (int i = 0; i < 3; ++i)
         values.numbers.Add(i * 10);
+    for (int i = 0; i < 5000; ++i)
+        values.longText += L"-=";
     values.words.Add(L"bolts");
     values.words.Add(L"");
     values.halves.Add(0.5);
+    std::fill(std::begin(values.damaged), std::end(values.damaged), static_cast<unsigned char>(0x12));
     values.tree.SetData(1);
     values.tree.AppendChild(2)->AppendChild(3);
     values.tree.AppendChild(4);

@@ -4,6 +4,8 @@ gdb reads this file by itself when a program loads basutl, where it is installed
 folder: source tools/debugger/printers.py
 """
 
+import functools
+
 import gdb
 import gdb.printing
 
@@ -19,6 +21,19 @@ def printed(name, number):
     return f"{name} ({number})"
 
 
+def up_to_damage(children):
+    """Ends children where memory cannot be read, so that damage hides nothing but itself."""
+    @functools.wraps(children)
+    def readable(printer):
+        try:
+            for name, value in children(printer):
+                value.fetch_lazy()
+                yield name, value
+        except gdb.MemoryError as error:
+            yield "damaged", f"<{error}>"
+    return readable
+
+
 class StringPrinter:
     """BuString: its text, as that of any other string."""
 
@@ -26,10 +41,10 @@ class StringPrinter:
         self.text = value["m_text"]
 
     def to_string(self):
-        visualizer = gdb.default_visualizer(self.text)
-        if visualizer is not None:
-            return visualizer.to_string()
-        return self.text["_M_dataplus"]["_M_p"].lazy_string(length=int(self.text["_M_string_length"]))
+        length = int(self.text["_M_string_length"])
+        if length > 0x7FFFFFFF:
+            raise gdb.MemoryError("no text: damaged, or not constructed yet")
+        return self.text["_M_dataplus"]["_M_p"].lazy_string(length=length)
 
     def display_hint(self):
         return "string"
@@ -45,6 +60,7 @@ class ArrayPrinter:
     def to_string(self):
         return f"{self.value.type.strip_typedefs().name} with {self.count} of {int(self.value['m_capacity'])} items"
 
+    @up_to_damage
     def children(self):
         for index in range(self.count):
             yield f"[{index}]", self.value["m_items"][index]
@@ -62,6 +78,7 @@ class TreeItemPrinter:
     def to_string(self):
         return f"{self.value.type.strip_typedefs().name} with {int(self.value['m_count'])} children"
 
+    @up_to_damage
     def children(self):
         yield "data", self.value["m_data"]
         node, index = self.value["m_head"], 0
@@ -83,6 +100,7 @@ class ErrorPrinter:
         name = self.KINDS[kind] if 0 <= kind < len(self.KINDS) else f"kind {kind}"
         return name + (f" {int(self.value['m_code'])}" if self.value["m_hasCode"] else "")
 
+    @up_to_damage
     def children(self):
         yield "message", self.value["m_message"]
 
@@ -139,6 +157,7 @@ class DataTypePrinter:
             text += f", multiplier {float(self.value['multiplier']):.15g}"
         return text
 
+    @up_to_damage
     def children(self):
         for index in range(int(self.value["displayUnitCount"])):
             yield f"[{index}]", self.value["displayUnits"][index]
@@ -156,6 +175,7 @@ class CataloguePrinter:
         counts = ", ".join(f"{int(self.value['m_' + count])} {records}" for records, count in self.LISTS)
         return f"{counts}, current system {int(self.value['m_currentSystem'])}"
 
+    @up_to_damage
     def children(self):
         for records, count in self.LISTS:
             for index in range(int(self.value["m_" + count])):
