@@ -57,6 +57,12 @@ with tempfile.TemporaryDirectory() as name:
                for target in re.findall(r"(?<!_for_)\b(?!_)\w+::\w+", path.read_text(encoding="utf-8"))}
     expect(targets, {"TuvoUtil::TuvoUtil", "TuvoUtil::basutl"}, "targets")
 
+    # The pages find what they show, and the notices of what the binaries hold are there.
+    pages = next(tree.rglob("README.md")).parent
+    run(sys.executable, source / "tests/checks/links.py", pages)
+    notices = set(re.findall(r"^======== ([\w-]+)", (pages / "copyright").read_text(encoding="utf-8"), re.M))
+    expect(notices, {"CLI11", "stb_image"} | ({"pugixml", "mingw-w64"} if on_windows else {"libbacktrace"}), "notices")
+
     # The program finds its library and its catalogue from any folder.
     for arguments, wanted in ((["eval", "6*7"], "42"), (["convert", "2", "--type", "Length", "--from", "m,kg,sec", "--to", "mm,kg,sec", "--plain"], "2000")):
         expect(run(*emulator, tree / f"bin/tuvo{ending}", *arguments).strip(), wanted, f"tuvo {arguments[0]}")

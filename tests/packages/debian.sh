@@ -31,7 +31,7 @@ mount -t proc proc "$root/proc"
 mount --rbind /dev "$root/dev"
 mkdir "$root/trial"
 cp "$packages"/*.deb "$root/trial"
-cp -r "$tests/consumer" "$root/trial/consumer"
+cp -r "$tests/consumer" "$tests/checks/links.py" "$root/trial"
 mapfile -t names < <(for file in "$packages"/*.deb; do dpkg-deb --field "$file" Package; done)
 for name in "${names[@]}"; do
     ! dpkg-query -W "$name" >/dev/null 2>&1 || fail "$name is installed on this system already"
@@ -57,6 +57,13 @@ env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 chroot "$root" bash -xe
     man tuvo | cat >manual
     grep "tuvo convert --factor" manual
     [ -f /usr/share/bash-completion/completions/tuvo ]
+    python3 links.py /usr/share/doc/libtuvoutil-dev
+    for package in libtuvoutil24 libtuvoutil-dev tuvo; do
+        for notice in CLI11 stb_image libbacktrace; do grep "=== $notice" /usr/share/doc/$package/copyright; done
+        zcat /usr/share/doc/$package/changelog.gz | grep "^tuvoutil (24"
+    done
+    # Programs that are packaged with it run with later ones.
+    grep "^libTuvoUtil 24 libtuvoutil24 (>= " /var/lib/dpkg/info/libtuvoutil24.shlibs
 
     cmake -G Ninja -S consumer -B built >configured
     cmake --build built >compiled
