@@ -7,6 +7,10 @@ int main(int, char** arguments)
 {
     VUnitUtlMain(arguments[1]);
     const int pressure = VUnitUtlGetDataTypeId("Pressure");
+    if (pressure < 0) {
+        std::fputs("where is unit.xml?\n", stderr);
+        return 1;
+    }
     const int from = VUnitUtlGetUnitSystemId("mm", "ton", "sec", "kelvin");
     const int to = VUnitUtlGetUnitSystemId("m", "kg", "sec", "kelvin");
     double value = 0.0;

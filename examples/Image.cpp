@@ -23,6 +23,8 @@ int main()
 {
     // Two pixels one above the other, red and blue, in the simplest of formats.
     std::FILE* const file = std::fopen("texture.ppm", "wb");
+    if (file == nullptr)
+        return 1;
     std::fwrite("P6 1 2 255\n\xFF\0\0\0\0\xFF", 1, 17, file);
     std::fclose(file);
 
