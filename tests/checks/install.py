@@ -1,4 +1,5 @@
-"""What is installed can be moved, and somebody else's project builds and runs with it, by CMake and by pkg-config.
+"""What is installed can be moved, also to a folder with a blank in its name, and somebody else's project builds and runs
+with it, by CMake and by pkg-config.
 
 For Windows the project is built with the same cross compiler and runs under Wine.
 """
@@ -40,7 +41,7 @@ def expect(found, wanted, what):
 with tempfile.TemporaryDirectory() as name:
     folder = pathlib.Path(name)
     run("cmake", "--install", build, "--prefix", folder / "first")
-    tree = (folder / "first").rename(folder / "moved")
+    tree = (folder / "first").rename(folder / "moved here")
     library = next(tree.rglob("TuvoUtilConfig.cmake")).parents[2]
     data = tree / "share/tuvoutil"
     running = {"WINEPATH": str(tree / "bin")} if on_windows else {"LD_LIBRARY_PATH": str(library)}
@@ -90,7 +91,8 @@ with tempfile.TemporaryDirectory() as name:
     # pkg-config.
     packages = {"PKG_CONFIG_LIBDIR": str(library / "pkgconfig")}
     expect(run("pkg-config", "--modversion", "TuvoUtil", **packages).split(".")[0], "24", "version")
-    expect(pathlib.Path(run("pkg-config", "--variable=datadir", "TuvoUtil", **packages).strip()).resolve(), data, "datadir")
+    found, = shlex.split(run("pkg-config", "--variable=datadir", "TuvoUtil", **packages))
+    expect(pathlib.Path(found).resolve(), data, "datadir")
     cxx = settings["CMAKE_CXX_COMPILER"] if "CMAKE_CXX_COMPILER" in settings else "x86_64-w64-mingw32-g++-posix"
     for package, stem, wanted in (("TuvoUtil", "Main", answer), ("basutl", "Strings", "bolts: 3")):
         flags = shlex.split(run("pkg-config", "--cflags", "--libs", package, **packages))
