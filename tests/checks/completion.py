@@ -42,6 +42,8 @@ for words, wanted in [
     (("convert", "--type", "Press"), ["Pressure", "Pressure\\ Gradient"]),
     (("convert", "--type", "=", "Kinem"), ["Kinematic\\ Viscosity"]),
     (("convert", "--type", "Young"), ["Young\\'s\\ Modulus"]),
+    (("convert", "--type", '"Young'), ["Young's Modulus"]),
+    (("convert", "--type", "'Young"), ["Young'\\''s Modulus"]),
     (("convert", "2", "--from", "mm-ton-sec-k"), ["mm-ton-sec-kelvin"]),
     (("checksum", "read"), []),
 ]:

@@ -43,8 +43,14 @@ _tuvo() {
     [ "$word" != = ] || word=
     [ "$before" != = ] || before=${COMP_WORDS[COMP_CWORD - 2]}
     COMPREPLY=()
+    local quote=''
+    [[ $word != [\"\']* ]] || quote=${word:0:1} word=${word:1}
     while IFS= read -r candidate; do
-        candidate=$(printf '%q' "$candidate")
+        case $quote in  # bash closes the quotes itself
+        \") ;;
+        \') candidate=${candidate//\'/\'\\\'\'} ;;
+        *) candidate=$(printf '%q' "$candidate") ;;
+        esac
         [[ $candidate != "$word"* ]] || COMPREPLY+=("$candidate")
     done < <(_tuvo_candidates "${COMP_WORDS[0]}" "$command" "$before" "$word")
 }
