@@ -79,14 +79,14 @@ endif()
 
 # gdb reads what is named after a library when it loads that, from its own folder of such files or, when it may (see
 # docs/debugging.md), from beside the library.
-if(NOT WIN32)
-  set(GDB_FOLDER ${CMAKE_INSTALL_LIBDIR})
-  if(TUVO_IN_SYSTEM)
-    set(GDB_FOLDER ${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR})
-  endif()
-  install(FILES tools/debugger/printers.py RENAME $<TARGET_FILE_NAME:basutl>-gdb.py DESTINATION ${GDB_FOLDER}
-    COMPONENT development)
+set(GDB_FOLDER ${CMAKE_INSTALL_LIBDIR})
+if(WIN32)
+  set(GDB_FOLDER ${CMAKE_INSTALL_BINDIR})
+elseif(TUVO_IN_SYSTEM)
+  set(GDB_FOLDER ${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR})
 endif()
+install(FILES tools/debugger/printers.py RENAME $<TARGET_FILE_NAME:basutl>-gdb.py DESTINATION ${GDB_FOLDER}
+  COMPONENT development)
 install(FILES tools/debugger/TuvoUtil.natvis DESTINATION ${TUVO_DATA} COMPONENT development)
 
 # ---- The program ---------------------------------------------------------------------------------------------------

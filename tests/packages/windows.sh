@@ -21,11 +21,12 @@ said units --check >checked
 said info | grep -q 'Unit catalogue .*share.tuvoutil.unit.xml'
 
 # What it needs is in the archive or in Windows itself.
-for image in "$(dirname "$program")"/*; do
+for image in "$(dirname "$program")"/*.{dll,exe}; do
     x86_64-w64-mingw32-objdump -p "$image" | sed -n 's/^\s*DLL Name: //p'
 done | sort -u | grep -viE '^(TuvoUtil|basutl|KERNEL32|msvcrt|USER32|SHELL32|ADVAPI32|ole32|dbghelp|SHLWAPI|PSAPI|WS2_32)\.dll$' &&
     { echo "windows.sh: these libraries are missing" >&2 && exit 1; }
-for part in include/TuvoUtil/Units.h lib/libTuvoUtil.dll.a lib/cmake/TuvoUtil/TuvoUtilConfig.cmake share/tuvoutil/unit.xml; do
+for part in bin/basutl.dll-gdb.py include/TuvoUtil/Units.h lib/libTuvoUtil.dll.a lib/cmake/TuvoUtil/TuvoUtilConfig.cmake \
+    share/tuvoutil/unit.xml share/doc/TuvoUtil/copyright; do
     [ -f "$(dirname "$program")/../$part" ] || { echo "windows.sh: no $part" >&2 && exit 1; }
 done
 echo "unpacked and run: $(basename "$packages"/*.zip)"
