@@ -4,7 +4,7 @@ usage: doxygen_filter.py FILE     writes a header or a guide, as Doxygen shall r
 
 The comments of a header, which stand there for its readers, become documentation. The one at the top is about the file,
 one in front of declarations about all that follow without an empty line between them, one behind a member about that
-member. Indented lines are examples and tables and keep their layout.
+member. A type without a comment is what the file is about. Indented lines are examples and tables and keep their layout.
 
 A guide's headings get names that links to them lead to. Its links to headers lead to their pages; those to files that are
 no part of the reference become plain text.
@@ -18,7 +18,7 @@ import sys
 
 HEADING = re.compile(r"\s*// -{4}")
 COMMENT = re.compile(r"(\s*)//(?: |$)(.*)")
-BEHIND_A_MEMBER = re.compile(r"(.*[;,{}\w)]\s*)// (.*)")
+BEHIND_A_MEMBER = re.compile(r"(.*[;,{}\w)]\s*)// (?!namespace|NOLINT)(.*)")
 OPENS_A_SCOPE = re.compile(r"\s*(class|struct|union|enum|namespace|template)\b|\s*#")
 ITEM = re.compile(r"\s*(- |\d+\. )")
 
@@ -60,17 +60,27 @@ def documentation(texts, command):
     return lines
 
 
-def end_of_group(lines, start):
-    """Where the declarations end that share the comment in front of `start`; `start` when it is about one alone."""
-    end, count, depth = start, 0, 0
-    while end < len(lines) and lines[end].strip() and not COMMENT.fullmatch(lines[end]):
-        line = re.sub(r"//.*", "", lines[end]).rstrip()
+def declarations(lines, start):
+    """The places of the declarations that share the comment in front of `start`."""
+    places, i, depth, is_complete = [], start, 0, True
+    while i < len(lines) and lines[i].strip() and not COMMENT.fullmatch(lines[i]):
+        line = re.sub(r"//.*", "", lines[i]).rstrip()
         if depth == 0 and (re.match(r"\s*(\}|\w+:$)", line) or (OPENS_A_SCOPE.match(line) and not line.endswith(";"))):
             break
+        if is_complete:
+            places.append(i)
         depth += line.count("{") - line.count("}")
-        count += depth == 0 and line.endswith((";", "}"))
-        end += 1
-    return end if count > 1 else start
+        is_complete = depth == 0 and line.endswith((";", "}"))
+        i += 1
+    return places
+
+
+def again(block, first):
+    """The documentation of a declaration for those that follow it, within their line."""
+    if any(ITEM.match(line) or "@verbatim" in line for line in block):
+        name = re.search(r"(\w+)[(;]", first)[1]
+        return f"/** @copydoc {name} */ "
+    return " ".join(line or "<p>" for line in block) + " "
 
 
 def is_bare_type(lines, i):
@@ -82,29 +92,28 @@ def is_bare_type(lines, i):
 
 def documented(lines):
     """The lines of a header, each in its place."""
-    i, group_end = 0, None
+    about = []  # the file, and the type that it is for
+    repeated = {}  # what stands in front of further declarations, by their lines
+    i = 0
     while i < len(lines):
-        start = "/**@}*/ " if i == group_end else ""
         end = i
         while end < len(lines) and COMMENT.fullmatch(lines[end]) and not HEADING.match(lines[end]):
             end += 1
         if end > i:
             block = documentation([COMMENT.fullmatch(line)[2] for line in lines[i:end]], "" if i > 0 else " @file")
-            group = end_of_group(lines, end)
-            if i > 0 and group > end:
-                group_end = group
-                start += "/**@{*/ "
-            yield start + block[0]
-            yield from block[1:]
+            about = about or block
+            yield from block
+            repeated.update((place, again(block, lines[end])) for place in declarations(lines, end)[1:] if i > 0)
             i = end
             continue
         if HEADING.match(lines[i]):
-            yield start
+            yield ""
         elif is_bare_type(lines, i):
-            yield start + "/** What it is for stands at the top of its header. */ " + lines[i]
+            summary = " ".join(about[:about.index("")] if "" in about else about).split(" @details")[0].split(" @file")[0]
+            yield f"{summary} @details More stands at the top of its header. */ {lines[i]}"
         else:
             behind = BEHIND_A_MEMBER.fullmatch(lines[i])
-            yield start + (f"{behind[1]}///< {escape(behind[2])}" if behind else lines[i])
+            yield repeated.get(i, "") + (f"{behind[1]}///< {escape(behind[2])}" if behind else lines[i])
         i += 1
 
 
@@ -119,7 +128,8 @@ def linked(line):
         name = re.sub(r"[^\w\- ]", "", heading[1].lower()).strip().replace(" ", "-")
         return f"{line} {{#{place(path.stem, name)}}}"
     line = re.sub(r"\[`?([^\]`]*)`?\]\([^():]*?include/(\w+/\w+\.h)\)", r"[\1](@ref \2)", line)
-    line = re.sub(r"\]\((?:[^():]*?(\w[\w-]*)\.md)?#([\w-]+)\)", lambda link: f"](@ref {place(link[1] or path.stem, link[2])})", line)
+    line = re.sub(r"\]\((?:[^():]*?(\w[\w-]*)\.md)?#([\w-]+)\)",
+                  lambda link: f"](@ref {place(link[1] or path.stem, link[2])})", line)
     line = re.sub(r"(?<!!)\[([^\]]*)\]\((?!@ref|\w+:|[^()]*\.md\b)[^()]*\)", r"\1", line)
     return re.sub(r"`([^`]*%\w[^`]*)`", lambda code: f"<code>{escape(code[1])}</code>", line)
 

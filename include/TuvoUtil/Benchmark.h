@@ -124,6 +124,8 @@ class TUVOUTIL_API Counter
 public:
     // The name is copied; null counts as empty. Counts only when `level` is timed in this session.
     Counter(const wchar_t* name, _Level level);
+
+    // A copy counts on from there by itself.
     Counter(const Counter& other);
     Counter& operator=(const Counter& other);
     virtual ~Counter();

@@ -65,6 +65,7 @@ private:
     BuString m_file;
 };
 
+// Modules with their parameters.
 class TUVOUTIL_API UtlParamInfo
 {
 public:

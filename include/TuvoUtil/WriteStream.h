@@ -41,7 +41,7 @@ public:
     IWriteStream& operator=(const IWriteStream&) = delete;
     virtual ~IWriteStream();
 
-    // Operation                                                            // Bytes in file   in checksum if others
+    // Writes a value. Behind each operation:                               // bytes in file   in checksum if others
     virtual int WriteInt(int value) = 0;                                    // 4
     virtual int WriteWideInt(int value) = 0;                                // 4               8, with its sign
     virtual int WriteInt64(long long value) = 0;                            // 8
@@ -90,6 +90,7 @@ public:
     virtual bool IsValid() = 0;
 };
 
+// A stream that keeps nothing but the checksum of what is written.
 class TUVOUTIL_API IWriteStreamBasedChecksum : public IWriteStream
 {
 public:

@@ -28,8 +28,12 @@ public:
     struct Fields
     {
         // Month and day count from 1, all else from 0.
-        int year = 0, month = 0, day = 0;
-        int hour = 0, minute = 0, second = 0;
+        int year = 0;
+        int month = 0;
+        int day = 0;
+        int hour = 0;
+        int minute = 0;
+        int second = 0;
     };
 
     // The fields in the local time zone; all 0 when the time has none.

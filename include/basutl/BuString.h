@@ -30,6 +30,8 @@ public:
     // Narrow text of the system: UTF-8 on Linux, where stray bytes survive the way back; the active code page on
     // Windows.
     BuString(const char* text) noexcept;
+
+    // Copies, and texts that are taken over; null as the empty text.
     BuString(const BuString& other) noexcept;
     BuString(BuString&& other) noexcept = default;
     BuString& operator=(const BuString& other) noexcept;
@@ -41,6 +43,8 @@ public:
     // The text, never null, valid until the next change. An embedded NUL ends what a C function sees of it.
     const wchar_t* GetText() const noexcept { return m_text.c_str(); }
     operator const wchar_t*() const noexcept { return m_text.c_str(); }
+
+    // Its length, whether that is 0, one of its characters; Empty makes it 0.
     int GetLength() const noexcept { return static_cast<int>(m_text.size()); }
     bool IsEmpty() const noexcept { return m_text.empty(); }
     wchar_t GetAt(int index) const noexcept;  // 0 outside the text

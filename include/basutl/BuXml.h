@@ -17,6 +17,7 @@
 
 #include <cstddef>
 
+// An element of a document, or none.
 class BASUTL_API BuXmlNode
 {
 public:
@@ -49,6 +50,7 @@ private:
     void* m_node = nullptr;
 };
 
+// A document, which owns its elements.
 class BASUTL_API BuXmlDocument
 {
 public:
