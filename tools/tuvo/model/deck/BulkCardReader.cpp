@@ -151,7 +151,7 @@ bool BulkCardReader::ReadCard()
     const bool isReference = Replication::IsReferenceName(name);
     m_card.name = UpperCase(isReference ? name : name.substr(0, FieldWidth));
     if (isReference && name.size() > FieldWidth)
-        m_line.replace(m_line.find('='), name.size(), "=");  // nothing of it is a field
+        m_line.erase(m_line.find('=') + 1, name.size() - 1);  // nothing of it is a field
     if (m_card.name == "ENDDATA") {
         m_deck.Stop();
         return m_hasLine = false;
