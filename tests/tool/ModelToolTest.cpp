@@ -318,6 +318,42 @@ TEST_F(TuvoModel, ReadsEveryFormOfBulkData)
     }
 }
 
+// Continuation lines that do not follow their cards are found by their markers, whichever comes first.
+TEST_F(TuvoModel, FindsContinuationLinesByTheirMarkers)
+{
+    const std::string nodes = "BEGIN BULK\nGRID,1\n=(39),*(1),==\n";
+    const std::string first = "CHEXA,1,7,1,2,3,4,5,6,+A\n";
+    const std::string large = "CHEXA*  2               7               11              12              *B\n";
+    const std::string largeEnd = "*B      13              14              15              16              *C 1\n";
+    const ChildResult expected = Run(nodes + first + "+A,7,8\n" + large + largeEnd + "*c 1,17,18\n", {}, "deck.bdf");
+    EXPECT_TRUE(Contains(expected.output, "\n    2    CHEXA (8 nodes)  solid  1-2\n")) << expected.output;
+    EXPECT_EQ(expected.errors, "");
+    for (const std::string& deck :
+         {nodes + first + large + "+A,7,8\n" + largeEnd + "GRID,5\n+C 1,17,18\nENDDATA\n",
+          nodes + large + first + "GRID,6\n" + largeEnd + "+C 1    17      18\n+A      7       8\n",
+          "BEGIN BULK\n" + largeEnd + "*A,7,8\n+C 1,17,18\n" + nodes.substr(11) + large + first}) {
+        const ChildResult run = Run(deck, {}, "deck.bdf");
+        EXPECT_EQ(run.output, expected.output) << deck;
+        EXPECT_EQ(run.errors, "") << deck;
+    }
+
+    // A marker that is missing on one side, or that nobody asks for, does not part neighbours.
+    for (const char* const deck : {"CTRIA6,1,7,1,2,3,4,5,6,+A\n+,0.\n", "CHEXA,1,7,1,2,3,4,5,6\n+A,7,8\n",
+                                   "CHEXA,1,7,1,2,3,4,5,6,+A\n,7,8\n", "CTRIA6,1,7,1,2,3,4,5,6,+A\nGRID,1\n"})
+        EXPECT_EQ(Run(nodes + deck, {}, "deck.bdf").errors, "") << deck;
+
+    EXPECT_EQ(
+        Run("        TABLED\nBEGIN BULK\n,1,2\n+X,7,8\n+x      9\n" + nodes.substr(11) + first + "+B,7,8\n", {},
+            "deck.bdf")
+            .errors,
+        "tuvo: error: deck.bdf:3: the line continues a card, and there is none in front of it\n"
+        "tuvo: error: deck.bdf:5: the line continues a card that ends with \"+X\", and there is none in front of it\n"
+        "tuvo: error: deck.bdf:9: the line continues a card that ends with \"+B\", and there is none\n"
+        "tuvo: error: deck.bdf:4: the line continues a card that ends with \"+X\", and there is none\n"
+        "tuvo: error: deck.bdf:8: element 1 (CHEXA) has no node 7\n"
+        "tuvo: error: deck.bdf:8: element 1 (CHEXA) has no node 8\n");
+}
+
 // The same point in coordinate systems of all kinds, which stand in one another.
 TEST_F(TuvoModel, BringsGridPointsIntoOneSystem)
 {

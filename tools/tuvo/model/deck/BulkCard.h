@@ -4,8 +4,8 @@
 //   GRID*   1                               0.               four fields of 16 between two of 8
 //   GRID,1,,0.,-16.,21.1246                                  fields between commas
 //
-// A line whose first field is empty, or begins with '+' or '*', goes on with the card in front of it. Behind '$' stands a
-// comment. Tabs are as in a text with a stop at every eighth column.
+// A line whose first field is empty, or begins with '+' or '*', goes on with the card in front of it, or with one that its
+// marker tells (LooseLines.h). Behind '$' stands a comment. Tabs are as in a text with a stop at every eighth column.
 #pragma once
 
 #include "tools/tuvo/model/deck/DeckText.h"

@@ -1,5 +1,6 @@
 #include "tools/tuvo/model/deck/BulkCardReader.h"
 
+#include "tools/tuvo/Console.h"
 #include "tools/tuvo/NumberText.h"
 #include "tools/tuvo/model/deck/ModelBuilder.h"
 
@@ -134,17 +135,47 @@ bool BulkCardReader::Next()
     }
 }
 
-// Makes m_card what the next lines say, and m_previous what it was.
+// Makes m_card the next card with all of its lines, and m_previous what it was.
 bool BulkCardReader::ReadCard()
+{
+    while (BeginCard()) {
+        do
+            Append();
+        while (ReadLine() && GoesOn());
+        AppendLooseLines();
+        if (m_marker.empty() || !m_loose.Wait(m_marker, m_card)) {
+            m_card.DropEmptyEnd();
+            return true;
+        }
+    }
+    if (m_loose.TakeAny(m_card))
+        return true;
+    for (const auto& [marker, line] : m_loose.Lines())
+        m_deck.Add(Severity::Error, line.place,
+                   "the line continues a card that ends with " + Quoted('+' + marker) + ", and there is none");
+    return false;
+}
+
+// Makes m_card one that begins, or goes on, with m_line. False at the end of the bulk data.
+bool BulkCardReader::BeginCard()
 {
     std::swap(m_card, m_previous);
     m_card.Clear();
     m_hasReferences = false;
-    do {
-        if (!m_hasLine && !ReadLine())
-            return false;
-        m_hasLine = !IsContinuation();  // one that continues nothing is passed over
-    } while (!m_hasLine);
+    while (m_hasLine || ReadLine()) {
+        if (!IsContinuation())
+            return TakeName();
+        if (m_loose.TakeCard(LineMarker(), m_card))
+            return true;
+        KeepLine();
+        m_hasLine = false;
+    }
+    return false;
+}
+
+// False when it is that of the last card.
+bool BulkCardReader::TakeName()
+{
     m_card.place = m_place;
     std::string_view name = Trimmed(m_line);
     name = name.substr(0, name.find_first_of(", *"));
@@ -152,15 +183,48 @@ bool BulkCardReader::ReadCard()
     m_card.name = UpperCase(isReference ? name : name.substr(0, FieldWidth));
     if (isReference && name.size() > FieldWidth)
         m_line.erase(m_line.find('=') + 1, name.size() - 1);  // nothing of it is a field
-    if (m_card.name == "ENDDATA") {
-        m_deck.Stop();
-        return m_hasLine = false;
-    }
-    do
+    if (m_card.name != "ENDDATA")
+        return true;
+    m_deck.Stop();
+    return m_hasLine = false;
+}
+
+// ---- Continuation lines --------------------------------------------------------------------------------------------
+
+std::string BulkCardReader::LineMarker() const
+{
+    return LooseLines::Marker(FirstField());
+}
+
+// Whether m_line goes on with m_card. It does without a marker of its own or, where the card has none, with one that no
+// other card waits for.
+bool BulkCardReader::GoesOn() const
+{
+    if (!IsContinuation() || m_card.name == "BEGIN")
+        return false;
+    const std::string marker = LineMarker();
+    return marker.empty() || marker == m_marker || (m_marker.empty() && !m_loose.IsAwaited(marker));
+}
+
+// Keeps m_line, which goes on with a card that is still to come.
+void BulkCardReader::KeepLine()
+{
+    const std::string marker = LineMarker();
+    if (!marker.empty() && !m_loose.Keep(marker, {m_line, m_place}))
+        m_deck.Error("the line continues a card that ends with " + Quoted('+' + marker) +
+                     ", and there is none in front of it");
+    else if (marker.empty() && !m_isInFront)
+        m_deck.Error("the line continues a card, and there is none in front of it");
+}
+
+// Adds the lines that m_card goes on with and that stand in front of it.
+void BulkCardReader::AppendLooseLines()
+{
+    for (LooseLine loose; !m_marker.empty() && m_loose.TakeLine(m_marker, loose);) {
+        m_line.swap(loose.text);
         Append();
-    while (ReadLine() && IsContinuation());
-    m_card.DropEmptyEnd();
-    return true;
+        m_line.swap(loose.text);
+    }
 }
 
 // Adds the data fields of m_line, filled up to a whole line of them.
@@ -169,11 +233,11 @@ void BulkCardReader::Append()
     const Form form = FormOf();
     const std::size_t most = form.isLarge ? 4 : 8;
     const std::size_t whole = m_card.FieldCount() + most;
-    if (form.isFree)
-        AppendFree(most);
-    else
-        AppendFixed(form.isLarge);
+    const std::string_view last = form.isFree ? AppendFree(most) : AppendFixed(form.isLarge);
     m_card.FillUp(whole);
+    m_marker.clear();
+    if (!last.empty() && !m_hasReferences && !Replication::IsReferenceName(m_card.name))
+        m_marker = LooseLines::Marker(last);
 }
 
 void BulkCardReader::AppendField(std::string_view field)
@@ -182,19 +246,26 @@ void BulkCardReader::AppendField(std::string_view field)
     m_card.AddField(field);
 }
 
-void BulkCardReader::AppendFree(std::size_t most)
+// Gives the field behind those of data.
+std::string_view BulkCardReader::AppendFree(std::size_t most)
 {
     const std::string_view line = m_line;
     std::size_t start = line.find(',') + 1;
-    for (std::size_t i = 0; i < most && start <= line.size(); ++i) {
+    const auto takeField = [&] {
         const std::size_t end = std::min(line.find(',', start), line.size());
-        AppendField(Trimmed(line.substr(start, end - start)));
+        const std::string_view field = Trimmed(line.substr(start, end - start));
         start = end + 1;
-    }
+        return field;
+    };
+    for (std::size_t i = 0; i < most && start <= line.size(); ++i)
+        AppendField(takeField());
+    return start <= line.size() ? takeField() : std::string_view();
 }
 
-void BulkCardReader::AppendFixed(bool isLarge)
+// Gives the field behind those of data.
+std::string_view BulkCardReader::AppendFixed(bool isLarge)
 {
+    constexpr std::size_t LastField = 72;
     static constexpr std::array<int, 9> Small = {8, 8, 8, 8, 8, 8, 8, 8, 8};
     static constexpr std::array<int, 5> Large = {8, 16, 16, 16, 16};
     std::array<int, 9> widths = Small;
@@ -207,6 +278,7 @@ void BulkCardReader::AppendFixed(bool isLarge)
     UtlBreakString(count, fields.data(), line.data(), widths.data(), buffer.data());
     for (int i = 1; i < count; ++i)
         AppendField(Trimmed(fields[static_cast<std::size_t>(i)]));
+    return std::string_view(m_line).substr(std::min(LastField, m_line.size()), FieldWidth);
 }
 
 }  // namespace tool

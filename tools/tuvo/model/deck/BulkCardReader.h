@@ -3,6 +3,7 @@
 
 #include "tools/tuvo/model/deck/BulkCard.h"
 #include "tools/tuvo/model/deck/CaseControl.h"
+#include "tools/tuvo/model/deck/LooseLines.h"
 #include "tools/tuvo/model/deck/Replication.h"
 
 #include <cstddef>
@@ -39,9 +40,15 @@ private:
     bool IsContinuation() const;
     Form FormOf() const;
     bool ReadCard();
+    bool BeginCard();
+    bool TakeName();
+    std::string LineMarker() const;
+    bool GoesOn() const;
+    void KeepLine();
+    void AppendLooseLines();
     void Append();
-    void AppendFree(std::size_t most);
-    void AppendFixed(bool isLarge);
+    std::string_view AppendFree(std::size_t most);
+    std::string_view AppendFixed(bool isLarge);
     void AppendField(std::string_view field);
 
     DeckText& m_deck;
@@ -52,6 +59,8 @@ private:
     Place m_place;
     BulkCard m_card;
     BulkCard m_previous;
+    std::string m_marker;  // with which the last line of m_card asks for a further one
+    LooseLines m_loose;
     bool m_hasReferences = false;  // m_card has, to m_previous
     Replication m_replication;
 };
