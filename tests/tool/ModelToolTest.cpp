@@ -215,10 +215,12 @@ TEST_F(TuvoModel, FollowsIncludesOfBulkData)
     for (const char* const name : {"two.bdf", "on$e.bdf", "six.bdf"})
         m_folder.Write(name, "GRID," + std::to_string(name[0]) + "\n");
     const ChildResult run =
-        Run("INCLUDE 'on$e.bdf'\ninclude two.bdf $ bare\nINCLUDE \"si \n x.bdf\" \nGRID,1\nINCLUDE 'GRID,2\n", {},
-            "deck.bdf");
+        Run("INCLUDE 'on$e.bdf'\n include two.bdf $ bare\nINCLUDE \"si \n x.bdf\" \nGRID,1\ninclude\nINCLUDE 'G\nH\n",
+            {}, "deck.bdf");
     EXPECT_TRUE(Contains(run.output, "nodes            1,111,115-116\n")) << run.output;
-    EXPECT_EQ(run.errors, "tuvo: error: deck.bdf:7: INCLUDE names no file, or without a quote at its end\n");
+    EXPECT_EQ(run.errors,
+              "tuvo: error: deck.bdf:6: INCLUDE names no file, or without a quote at its end\n"
+              "tuvo: error: deck.bdf:7: INCLUDE names no file, or without a quote at its end\n");
 }
 
 TEST_F(TuvoModel, ReadsConstantsOfEveryKind)

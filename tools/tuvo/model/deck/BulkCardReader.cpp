@@ -62,16 +62,19 @@ bool BulkCardReader::TakeControl()
 bool BulkCardReader::FollowInclude(std::string_view line)
 {
     constexpr std::string_view Keyword = "INCLUDE";
-    if (line.size() <= Keyword.size() || BuToUpper(line.front()) != Keyword.front() ||
+    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    if (line.empty() || BuToUpper(line.front()) != Keyword.front() ||
         UpperCase(line.substr(0, Keyword.size())) != Keyword)
         return false;
-    const std::string_view behind = Trimmed(line.substr(Keyword.size()));
-    const bool isQuoted = behind.front() == '\'' || behind.front() == '"';
-    if (!isQuoted && line[Keyword.size()] != ' ' && line[Keyword.size()] != '\t')
-        return false;
+    line.remove_prefix(Keyword.size());
+    const std::string_view behind = Trimmed(line);
+    const bool isQuoted = !behind.empty() && (behind.front() == '\'' || behind.front() == '"');
+    if (!isQuoted && !line.empty() && behind.size() == line.size())
+        return false;  // another word that begins like this one
+    const Place place = m_deck.Where();
     const std::string name = isQuoted ? ReadQuoted(behind) : std::string(Trimmed(behind.substr(0, behind.find('$'))));
     if (name.empty())
-        m_deck.Error("INCLUDE names no file, or without a quote at its end");
+        m_deck.Add(Severity::Error, place, "INCLUDE names no file, or without a quote at its end");
     else
         m_deck.Include(name);
     return true;
