@@ -442,6 +442,7 @@ TEST_F(TuvoModel, MakesImagesOfCards)
                              "\n    4    CHEXA (8 nodes)  solid  1"))
             << images;
 
+    const std::string longField = "DTI," + std::string(1000, 'x') + "\n=(9000000)";
     const struct
     {
         const char* lines;  // behind a first one
@@ -450,6 +451,9 @@ TEST_F(TuvoModel, MakesImagesOfCards)
         {"=(0)", "2: \"=(0)\" asks for no number of images from 1 to 10000000"},
         {"=(20000000)", "2: \"=(20000000)\" asks for no number of images from 1 to 10000000"},
         {"=(x)", "2: \"=(X)\" asks for no number of images from 1 to 10000000"},
+        {"=(9),*1,==\n=(9999992)", "3: the images of this deck have more than 10000000 lines"},
+        {"RBE2,1,,,,,,,,\n,2,3\n=(5000001)", "4: the images of this deck have more than 10000000 lines"},
+        {longField.c_str(), "3: the images of this deck have more than 10000000 lines"},
         {"=,*(1),=,=,=,*(1.)", "2: \"*(1.)\" cannot be added to \"\""},
         {"=(3),*(2147483647)", "2: GRID: \"2147483648\" is above 2147483647, the largest id"},
     };

@@ -11,6 +11,7 @@ namespace tool {
 namespace {
 
 constexpr int ExactDigits = 17;
+constexpr std::size_t LineFields = 8;
 
 std::string_view WithoutParentheses(std::string_view text)
 {
@@ -54,24 +55,36 @@ std::string Replication::Begin(const BulkCard& card, const BulkCard& previous)
     if (previous.name.empty())
         return "there is no card in front of it that it could repeat";
     const std::int32_t count = IsReferenceName(card.name) ? CountOf(card.name) : 1;
-    if (count < 1 || count > m_leftOfDeck)
-        return Quoted(card.name) + " asks for no number of images from 1 to " + std::to_string(m_leftOfDeck);
+    if (count < 1 || count > MostLines)
+        return Quoted(card.name) + " asks for no number of images from 1 to " + std::to_string(MostLines);
     if (!goesOn) {
         m_base = previous;
         m_made = 0;
         TakePattern(card);
     }
+    const std::int64_t lines = LinesOfImage() * count;
+    if (lines > m_linesLeft)
+        return "the images of this deck have more than " + std::to_string(MostLines) + " lines";
     if (!IsReferenceName(card.name))
         m_base.name = card.name;
     m_base.place = card.place;
     m_left = count;
-    m_leftOfDeck -= count;
+    m_linesLeft -= lines;
     return {};
+}
+
+// How many lines of ordinary fields an image takes.
+std::int64_t Replication::LinesOfImage() const
+{
+    constexpr std::size_t LongField = 64;  // bytes
+    std::size_t fields = 0;
+    for (std::size_t i = 0; i < m_pattern.size(); ++i)
+        fields += 1 + std::max(m_pattern[i].size(), m_base.Field(i).size()) / LongField;
+    return static_cast<std::int64_t>(std::max<std::size_t>(1, (fields + LineFields - 1) / LineFields));
 }
 
 void Replication::TakePattern(const BulkCard& card)
 {
-    constexpr std::size_t LineFields = 8;
     const std::size_t count = card.FieldCount();
     m_pattern.assign(count > 0 ? count : m_base.FieldCount(), "=");
     for (std::size_t i = 0; i < count; ++i) {

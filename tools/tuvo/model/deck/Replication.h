@@ -20,7 +20,7 @@ namespace tool {
 class Replication
 {
 public:
-    static constexpr std::int32_t MostImages = 10'000'000;  // of a deck: more are a slip of the pen
+    static constexpr std::int32_t MostLines = 10'000'000;  // of a deck's images: more are a slip of the pen
 
     static bool IsReference(std::string_view field)  // "=", "==", "*(1)", "*1"
     {
@@ -42,13 +42,14 @@ public:
 
 private:
     static bool HasReferenceForm(std::string_view field);
+    std::int64_t LinesOfImage() const;
     void TakePattern(const BulkCard& card);
 
     BulkCard m_base;
     std::vector<std::string> m_pattern;  // "=", "*(1)" or a text, for each field of an image
     std::int64_t m_made = 0;             // of this base and pattern
     std::int32_t m_left = 0;             // of the last card
-    std::int32_t m_leftOfDeck = MostImages;
+    std::int64_t m_linesLeft = MostLines;
     bool m_isImage = false;
 };
 
