@@ -209,6 +209,20 @@ TEST_F(TuvoModel, FollowsIncludes)
     EXPECT_EQ(run.errors, "");
 }
 
+// Files that each include the next one twice are a deck that nobody waits for.
+TEST_F(TuvoModel, EndsIncludesThatDouble)
+{
+    for (int i = 0; i < 14; ++i) {
+        const std::string line = "*INCLUDE, INPUT=" + std::to_string(i + 1) + ".inc\n";
+        m_folder.Write((std::to_string(i) + ".inc").c_str(), line + line);
+    }
+    m_folder.Write("14.inc", "*NODE\n1\n");
+    const ChildResult run = Run("*INCLUDE, INPUT=0.inc\n*NODE\n2\n");
+    EXPECT_TRUE(Contains(run.errors, ".inc:1: more than 10000 files are included; the others are not read\n"));
+    EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1) << "it is told once: " << run.errors;
+    EXPECT_TRUE(Contains(run.output, "    2  nodes            1-2\n")) << run.output;
+}
+
 // Names of included files in quotes, on several lines, and bare.
 TEST_F(TuvoModel, FollowsIncludesOfBulkData)
 {

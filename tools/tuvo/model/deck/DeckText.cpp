@@ -10,6 +10,7 @@ namespace tool {
 namespace {
 
 constexpr std::size_t DeepestInclude = 100;
+constexpr std::size_t MostIncludes = 10'000;  // files that include one another twice would double with each
 
 }  // namespace
 
@@ -54,6 +55,10 @@ void DeckText::Include(const std::string& name)
         return;
     if (m_open.size() > DeepestInclude)
         return Error("includes are more than " + std::to_string(DeepestInclude) + " deep");
+    if (m_includes == MostIncludes)
+        Error("more than " + std::to_string(MostIncludes) + " files are included; the others are not read");
+    if (m_includes++ >= MostIncludes)
+        return;
     try {
         DeckFile file = m_files.Open(name, m_open.back().file);
         const bool isOpen = std::any_of(m_open.begin(), m_open.end(),

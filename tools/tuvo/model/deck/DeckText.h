@@ -4,6 +4,7 @@
 #include "tools/tuvo/model/Model.h"
 #include "tools/tuvo/model/deck/LineReader.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -46,7 +47,8 @@ public:
     // holds until the next call.
     bool Next(std::string_view& line);
 
-    // Goes on in another file until it ends. One that cannot be opened, or is being read already, is an error here.
+    // Goes on in another file until it ends. One that cannot be opened, or is being read already, or is one of very many,
+    // is an error here.
     void Include(const std::string& name);
 
     void Stop() { m_open.clear(); }  // nothing more is read
@@ -72,6 +74,7 @@ private:
     std::vector<std::string> m_names;
     std::vector<OpenFile> m_open;  // each includes the one behind it
     Place m_where;
+    std::size_t m_includes = 0;
 };
 
 }  // namespace tool
