@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <utility>
 
 namespace tool {
@@ -76,6 +77,7 @@ private:
     IdRanges* m_set = nullptr;  // what is read goes into it as well; null: into none
     SetKind m_setKind = SetKind::Node;
     std::string m_setName;
+    std::set<const IdRanges*> m_taken;  // that the lines of the current card have named, each once and for all
 
     const ElementType* m_type = nullptr;
     std::int32_t m_element = 0;         // 0: the next line begins one
@@ -334,6 +336,7 @@ void KeywordReader::BeginSet(const KeywordCard& card, SetKind kind, std::string_
     m_set = SetNamed(card, kind, parameter);
     m_setKind = kind;
     m_setName = card.Name(parameter);
+    m_taken.clear();
     if (m_set == nullptr) {
         m_data = nullptr;
         return m_deck.Error('*' + card.keyword + " names no " + std::string(parameter));
@@ -354,10 +357,10 @@ void KeywordReader::ReadSetLine(std::string_view line)
             continue;
         const std::string name = PlainName(fields.Text());
         const IdRanges* const set = m_builder.FindSet(m_setKind, name);
-        if (set != nullptr)
-            m_set->Add(*set);
-        else
+        if (set == nullptr)
             m_deck.Error("the set " + Quoted(m_setName) + " names the set " + Quoted(name) + ", which is not defined");
+        else if (m_taken.insert(set).second)
+            m_set->Add(*set);
     }
 }
 
