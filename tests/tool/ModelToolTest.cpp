@@ -436,6 +436,7 @@ TEST_F(TuvoModel, MakesImagesOfCards)
         "GRID,101,,1.,10.5\n=(4),*1,,*.25,=\n",
         "GRID,101,,1.,10.5\n=(000004),*1,,*.25,=\n",
         "GRID,101,,1.,10.5\n=,*1,,*.25,=\n=(0000003)\n",
+        "GRID,101,,1.,10.5,,,,,+9\n=,*(1),=,*(0.25),=,,,,,*(1)\n=(3)\n",
         "GRID,101,,1.,10.5\n=3,*(1),,*(2.5-1),==\n=\n",
         "GRID    101             1.      10.5\n=       *(1)    =       *(.25)  ==\n=(3)\n",
         "GRID*   101                             1.              10.5\n=,*(1),=,*(.25),==\n$\n=(3)\n",
@@ -455,6 +456,8 @@ TEST_F(TuvoModel, MakesImagesOfCards)
         EXPECT_TRUE(Contains(Run(nodes + "CHEXA,1,1,1,2,3,4,5,6\n,7,8\n" + images + "=(2)\n", {}, "deck.bdf").output,
                              "\n    4    CHEXA (8 nodes)  solid  1"))
             << images;
+    EXPECT_EQ(Run(nodes + "CHEXA,1,1,1,2,3,4,5,6\n,7,8\n=,*(1),==\n,7,208\n", {}, "deck.bdf").errors,
+              "tuvo: error: deck.bdf:5: element 2 (CHEXA) has the node 208, which is not defined\n");
 
     const std::string longField = "DTI," + std::string(1000, 'x') + "\n=(9000000)";
     const struct
@@ -488,7 +491,7 @@ TEST_F(TuvoModel, MakesSetsOfTheCaseControl)
             "set 3 = all\nSET 4=1 THRU 5,\n 7,$\n$\n  9\nSET 5 = 1. ,2.\nSET 6 = M1, M2\n"
             "SET 7 = 1 THRU 3 EXCEPT 2\nSET 8 = 90 THRU 100 EXCEPT 90,95,100\n"
             "DISP(SORT1,PUNCH) = 2\nSTRESS = 3\nECHO = NONE\n"
-            "SUBCASE 20\n  LOAD = 1\n  SET 4 = 8\n  VELOCITY=4\n  ESE=7\n"
+            "SUBCASE 20\n  TITLE = Not this\n  LOAD = 1\n  SET 4 = 8\n  VELOCITY=4\n  ESE=7\n"
             "SUBCASE = 30\n  SPCFORCES(PLOT)=4\n  OLOAD=7\n  FORCE=ALL\n  SET 8 = 5 THRU\n"
             "OUTPUT(PLOT)\nSET 1 = ALL\n"
             "BEGIN BULK\nGRID,1\n=(99),*(1),==\nCONM2,1,5\n=(9),*(1),==\nENDDATA\n",
@@ -514,7 +517,7 @@ TEST_F(TuvoModel, MakesSetsOfTheCaseControl)
               "SUBCASE 20 SET 4  nodes        1  8\n"
               "SUBCASE 30 SET 8  nodes        0\n"
               "SUBCASE 30 SET 8  elements     0\n");
-    EXPECT_EQ(run.errors, "tuvo: error: deck.bdf:27: SUBCASE 30 SET 8: there is no id behind THRU\n");
+    EXPECT_EQ(run.errors, "tuvo: error: deck.bdf:28: SUBCASE 30 SET 8: there is no id behind THRU\n");
 }
 
 // ---- Volume and mass -----------------------------------------------------------------------------------------------
@@ -561,14 +564,14 @@ TEST_F(TuvoModel, GivesTheMassOfEachMaterial)
 
 TEST_F(TuvoModel, ComputesWithItsNumbers)
 {
-    const ChildResult run = Run(Cube(),
+    const ChildResult run = Run(Cube() + "*NODE\n99, 0., 0., -3.\n",
                                 "--from mm,ton,sec --to m,kg,sec --eval '<mass>/<volume>' "
                                 "--eval '<Steel E> / (2*(1+<Steel NU>))' --eval <nodes>+<elements>+1000*<z>");
     EXPECT_TRUE(Contains(run.output,
                          "\n\nExpression                                 Value\n"
                          "<mass>/<volume>                             7850\n"
                          "<Steel E> / (2*(1+<Steel NU>))  80769230769.2308\n"
-                         "<nodes>+<elements>+1000*<z>                   16\n"))
+                         "<nodes>+<elements>+1000*<z>                   20\n"))
         << run.output;
     const ChildResult wrong = Run(std::string(CubeNodes) + CubeElements, "--eval 2*<masse>");
     EXPECT_TRUE(Contains(wrong.errors, "there is no value for \"masse\" at character 3")) << wrong.errors;
@@ -609,6 +612,7 @@ TEST_F(TuvoModel, GuessesTheUnits)
         const ChildResult run = Run(std::string("*MATERIAL, NAME=M\n") + constants, "--guess");
         EXPECT_TRUE(Contains(run.output, std::string("\nUnit system: ") + system)) << constants << run.output;
         EXPECT_TRUE(Contains(run.output, reason)) << constants << run.output;
+        EXPECT_EQ(Contains(run.output, "Less likely"), Contains(system, "slinch")) << constants << run.output;
     }
 }
 
@@ -695,9 +699,11 @@ TEST_F(TuvoModel, ReadsATruncatedDeck)
 TEST_F(TuvoModel, ShowsNoControlCharactersOfADeck)
 {
     const ChildResult run = Run("*HEADING\nR\xC3\xB6hre \xFF \x1b[31m\n" + Cube() +
-                                "*NSET, NSET=a\x1b]0;x\n1\nb\x07\n"
-                                "*INCLUDE, INPUT=\x1b]0;x\n"
-                                "*USER ELEMENT, TYPE=\x1bU, NODES=1\n*ELEMENT, TYPE=\x1bU\n1,99\n");
+                                    "*NSET, NSET=a\x1b]0;x\n1\nb\x07\n"
+                                    "*INCLUDE, INPUT=\x1b]0;x\n"
+                                    "*USER ELEMENT, TYPE=\x1bU, NODES=1\n*ELEMENT, TYPE=\x1bU\n1,99\n"
+                                    "*MATERIAL, NAME=\x1bM\n*DENSITY\n7850.\n",
+                                "--guess");
     EXPECT_EQ(run.output.rfind("R\xC3\xB6hre \xFF ?[31m\n\n", 0), 0U) << run.output;
     EXPECT_FALSE(Contains(run.output + run.errors, "\x1b") || Contains(run.errors, "\x07")) << run.errors;
     const ChildResult bulk = Run("SUBCASE \x1b[31m\nSET 1 = 5 THRU x\nBEGIN BULK\nGRID,5\n=(\x1b)\n", {}, "deck.bdf");
