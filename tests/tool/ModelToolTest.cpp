@@ -490,7 +490,7 @@ TEST_F(TuvoModel, MakesSetsOfTheCaseControl)
             "SET 1 = 5\nSET 2 = 5, 6, 10 THRU 55 EXCEPT 15, 16, 77, 78, 90 THRU 95 $ 77 lies outside\n"
             "set 3 = all\nSET 4=1 THRU 5,\n 7,$\n$\n  9\nSET 5 = 1. ,2.\nSET 6 = M1, M2\n"
             "SET 7 = 1 THRU 3 EXCEPT 2\nSET 8 = 90 THRU 100 EXCEPT 90,95,100\n"
-            "DISP(SORT1,PUNCH) = 2\nSTRESS = 3\nECHO = NONE\n"
+            "DISP(SORT1, $\n  PUNCH) = 2\nSTRESS = 3\nECHO = NONE\n"
             "SUBCASE 20\n  TITLE = Not this\n  LOAD = 1\n  SET 4 = 8\n  VELOCITY=4\n  ESE=7\n"
             "SUBCASE = 30\n  SPCFORCES(PLOT)=4\n  OLOAD=7\n  FORCE=ALL\n  SET 8 = 5 THRU\n"
             "OUTPUT(PLOT)\nSET 1 = ALL\n"
@@ -517,7 +517,7 @@ TEST_F(TuvoModel, MakesSetsOfTheCaseControl)
               "SUBCASE 20 SET 4  nodes        1  8\n"
               "SUBCASE 30 SET 8  nodes        0\n"
               "SUBCASE 30 SET 8  elements     0\n");
-    EXPECT_EQ(run.errors, "tuvo: error: deck.bdf:28: SUBCASE 30 SET 8: there is no id behind THRU\n");
+    EXPECT_EQ(run.errors, "tuvo: error: deck.bdf:29: SUBCASE 30 SET 8: there is no id behind THRU\n");
 }
 
 // ---- Volume and mass -----------------------------------------------------------------------------------------------

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <limits>
 #include <set>
+#include <utility>
 
 namespace tool {
 namespace {
@@ -45,6 +46,16 @@ void DropParentheses(std::string_view& text)
 {
     if (text.starts_with('('))
         text = Trimmed(text.substr(std::min(text.find(')'), text.size() - 1) + 1));
+}
+
+// Whether what a command has between parentheses goes on in the next line.
+bool GoesOn(std::string_view command)
+{
+    constexpr std::size_t LongestCommand = 65536;
+    if (command.size() > LongestCommand)
+        return false;
+    TakeWord(command);
+    return command.starts_with('(') && command.ends_with(',') && command.find(')') == command.npos;
 }
 
 // The items of a set one by one; commas and blanks divide them.
@@ -158,12 +169,18 @@ private:
 
 bool CaseControl::Take(std::string_view line, const Place& place)
 {
-    std::string_view text = Trimmed(line);
+    const std::string_view text = Trimmed(line);
     if (m_goesOn) {
         m_sets[m_current].items += text;
         m_goesOn = text.ends_with(',');
         return true;
     }
+    m_command += text;
+    return GoesOn(m_command) || TakeCommand(std::exchange(m_command, {}), place);
+}
+
+bool CaseControl::TakeCommand(std::string_view text, const Place& place)
+{
     const std::string word = UpperCase(TakeWord(text));
     m_isOfPlots = m_isOfPlots || (word == "OUTPUT" && text.starts_with('('));
     if (m_isOfPlots)

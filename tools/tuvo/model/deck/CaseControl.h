@@ -40,6 +40,7 @@ private:
         bool isOfElements = false;
     };
 
+    bool TakeCommand(std::string_view text, const Place& place);
     bool TakeSet(std::string_view text, const Place& place);
     void TakeRequest(std::string_view command, std::string_view set);
     std::string NameInSubcase(std::string_view number) const;
@@ -51,6 +52,7 @@ private:
     std::size_t m_current = 0;                                 // set that is read
     bool m_isOfPlots = false;  // behind OUTPUT(PLOT) and its like: what follows are sets of their own
     bool m_goesOn = false;     // it does, in the next line
+    std::string m_command;     // that goes on in the next line, so far
 };
 
 }  // namespace tool
