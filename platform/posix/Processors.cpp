@@ -1,6 +1,7 @@
 #include "platform/posix/Processors.h"
 
 #include <sched.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <memory>
@@ -47,6 +48,19 @@ ProcessorRecord* StoreRecords(hwloc_topology_t topology, hwloc_obj_type_t type, 
     return records;
 }
 
+// Without these folders, as in a container that has no /sys, hwloc would say so on standard error. It asks the processors
+// themselves then, with or without its part for Linux.
+bool KernelShowsProcessors()
+{
+    return access("/sys/bus/cpu/devices/cpu0/topology", R_OK) == 0 ||
+           access("/sys/devices/system/cpu/cpu0/topology", R_OK) == 0;
+}
+
+bool LeaveOutLinux(hwloc_topology_t topology)
+{
+    return hwloc_topology_set_components(topology, HWLOC_TOPOLOGY_COMPONENTS_FLAG_BLACKLIST, "linux") == 0;
+}
+
 // Only what the records need is looked for: caches and devices would take most of the time.
 Topology LoadTopology()
 {
@@ -54,7 +68,8 @@ Topology LoadTopology()
     if (hwloc_topology_init(&native) != 0)
         return nullptr;
     Topology topology(native);
-    const bool isLoaded = hwloc_topology_set_all_types_filter(native, HWLOC_TYPE_FILTER_KEEP_NONE) == 0 &&
+    const bool isLoaded = (KernelShowsProcessors() || LeaveOutLinux(native)) &&
+                          hwloc_topology_set_all_types_filter(native, HWLOC_TYPE_FILTER_KEEP_NONE) == 0 &&
                           hwloc_topology_set_type_filter(native, HWLOC_OBJ_CORE, HWLOC_TYPE_FILTER_KEEP_ALL) == 0 &&
                           hwloc_topology_set_type_filter(native, HWLOC_OBJ_PACKAGE, HWLOC_TYPE_FILTER_KEEP_ALL) == 0 &&
                           hwloc_topology_set_flags(native, HWLOC_TOPOLOGY_FLAG_INCLUDE_DISALLOWED) == 0 &&
