@@ -6,6 +6,20 @@
 #include <utility>
 
 namespace tool {
+namespace {
+
+// Takes what waits under a marker out of a map; false when nothing does.
+template <typename Waiting>
+bool Take(std::map<std::string, Waiting>& map, const std::string& marker, Waiting& taken)
+{
+    auto entry = map.extract(marker);
+    if (entry.empty())
+        return false;
+    taken = std::move(entry.mapped());
+    return true;
+}
+
+}  // namespace
 
 std::string LooseLines::Marker(std::string_view field)
 {
@@ -22,11 +36,7 @@ bool LooseLines::Wait(const std::string& marker, const BulkCard& card)
 
 bool LooseLines::TakeCard(const std::string& marker, BulkCard& card)
 {
-    auto entry = m_cards.extract(marker);
-    if (entry.empty())
-        return false;
-    card = std::move(entry.mapped());
-    return true;
+    return Take(m_cards, marker, card);
 }
 
 bool LooseLines::TakeAny(BulkCard& card)
@@ -41,11 +51,7 @@ bool LooseLines::Keep(const std::string& marker, const LooseLine& line)
 
 bool LooseLines::TakeLine(const std::string& marker, LooseLine& line)
 {
-    auto entry = m_lines.extract(marker);
-    if (entry.empty())
-        return false;
-    line = std::move(entry.mapped());
-    return true;
+    return Take(m_lines, marker, line);
 }
 
 }  // namespace tool
