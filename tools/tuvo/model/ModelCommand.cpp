@@ -4,6 +4,7 @@
 #include "tools/tuvo/Console.h"
 #include "tools/tuvo/NumberText.h"
 #include "tools/tuvo/UnitSystems.h"
+#include "tools/tuvo/model/Measure.h"
 #include "tools/tuvo/model/ModelFile.h"
 #include "tools/tuvo/model/ModelOutputs.h"
 #include "tools/tuvo/model/ModelUnits.h"
@@ -94,10 +95,15 @@ CatalogueFile Load(const std::string& catalogue)
     return LoadCatalogue(catalogue);
 }
 
-std::vector<SummaryTable> Measure(const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units)
+std::vector<SummaryTable> Measure(const Model& model, const Options& options, const std::vector<std::size_t>& sets,
+                                  const ModelUnits& units)
 {
     const Benchmark section(L"measure the model", BENCH_LEVEL_1);
-    return Summarise(model, sets, units);
+    const SolidMeasures solids = MeasureSolids(model);
+    std::vector<SummaryTable> tables = Summarise(model, solids, sets, units);
+    if (!options.expressions.empty())
+        tables.push_back(Evaluate(options.expressions, ModelValues(model, solids)));
+    return tables;
 }
 
 ExitCode Show(const Options& options, const std::optional<CatalogueFile>& catalogue)
@@ -108,9 +114,7 @@ ExitCode Show(const Options& options, const std::optional<CatalogueFile>& catalo
     const std::vector<std::size_t> sets = SelectSets(model, options.set);
     const std::vector<UnitGuess> guesses = options.guess ? GuessUnits(model, *catalogue) : std::vector<UnitGuess>();
     const ModelUnits units = catalogue ? FindUnits(model, options, *catalogue) : ModelUnits();
-    std::vector<SummaryTable> tables = Measure(model, sets, units);
-    if (!options.expressions.empty())
-        tables.push_back(Evaluate(options.expressions, ModelValues(model)));
+    std::vector<SummaryTable> tables = Measure(model, options, sets, units);
     WriteSummary(std::cout, model, tables);
     if (!guesses.empty()) {
         WriteGuesses(std::cout, guesses, *catalogue);

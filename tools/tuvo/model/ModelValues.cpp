@@ -2,7 +2,6 @@
 
 #include "tools/tuvo/Failure.h"
 #include "tools/tuvo/NumberText.h"
-#include "tools/tuvo/model/Measure.h"
 
 #include <optional>
 #include <utility>
@@ -22,7 +21,7 @@ void AddSolids(const SolidMeasures& measures, Variables& values)
 
 }  // namespace
 
-Variables ModelValues(const Model& model)
+Variables ModelValues(const Model& model, const SolidMeasures& solids)
 {
     Variables values;
     for (const Material& material : model.materials)
@@ -33,7 +32,7 @@ Variables ModelValues(const Model& model)
     if (const std::optional<Extent> extent = BoundingBox(model.nodes))
         for (std::size_t axis = 0; axis < 3; ++axis)
             values[std::string(1, "xyz"[axis])] = extent->high[axis] - extent->low[axis];
-    AddSolids(MeasureSolids(model), values);
+    AddSolids(solids, values);
     return values;
 }
 

@@ -97,9 +97,8 @@ std::optional<SummaryTable> ListMaterials(const Model& model, const ModelUnits& 
     return SummaryTable{"Materials", std::move(table), {}};
 }
 
-std::optional<SummaryTable> WeighSolids(const Model& model, const ModelUnits& units)
+std::optional<SummaryTable> WeighSolids(const Model& model, const SolidMeasures& measures, const ModelUnits& units)
 {
-    const SolidMeasures measures = MeasureSolids(model);
     if (measures.materials.empty())
         return std::nullopt;
     Table table({{"Solids of"}, {"Elements", Table::Right}, {"Volume", Table::Right}, {"Mass", Table::Right}});
@@ -160,11 +159,12 @@ std::vector<ShownGuess> Judge(const std::vector<UnitGuess>& guesses, const Catal
 
 }  // namespace
 
-std::vector<SummaryTable> Summarise(const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units)
+std::vector<SummaryTable> Summarise(const Model& model, const SolidMeasures& solids,
+                                    const std::vector<std::size_t>& sets, const ModelUnits& units)
 {
     std::vector<SummaryTable> tables = {CountElements(model)};
-    for (const std::optional<SummaryTable>& table :
-         {ListSets(model, sets), MeasureExtent(model, units), ListMaterials(model, units), WeighSolids(model, units)})
+    for (const std::optional<SummaryTable>& table : {ListSets(model, sets), MeasureExtent(model, units),
+                                                     ListMaterials(model, units), WeighSolids(model, solids, units)})
         if (table)
             tables.push_back(*table);
     return tables;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tools/tuvo/Table.h"
+#include "tools/tuvo/model/Measure.h"
 #include "tools/tuvo/model/Model.h"
 #include "tools/tuvo/model/ModelUnits.h"
 
@@ -21,7 +22,8 @@ struct SummaryTable
 
 // Counts by type, sets, extent, materials, volume and mass. `sets` are the positions of those that are shown. Names are
 // as the deck has them.
-std::vector<SummaryTable> Summarise(const Model& model, const std::vector<std::size_t>& sets, const ModelUnits& units);
+std::vector<SummaryTable> Summarise(const Model& model, const SolidMeasures& solids,
+                                    const std::vector<std::size_t>& sets, const ModelUnits& units);
 
 // The title of the model and its tables.
 void WriteSummary(std::ostream& out, const Model& model, const std::vector<SummaryTable>& tables);
